@@ -1,0 +1,33 @@
+// The Linux program: builds the parts of the system and hands them to the portable program.
+
+#include "app/orvalle.h"
+#include "platform/linux/factory.h"
+
+int main(int argc, char** argv) {
+  namespace native = orvalle::platform::linuxos;
+  const auto start = native::startApplication(argc, argv, {ORVALLE_VERSION, ORVALLE_BUILD});
+  if (!start.application) return start.exitStatus;
+  auto& application = *start.application;
+
+  const auto clock = native::makeClock();
+  const auto loop = native::makeMainLoop();
+  const auto environment = native::makeEnvironment();
+  const auto log = native::makeSystemLog();
+  const auto defaults = native::makeDefaults(*environment, *log);
+  const auto workspace = native::makeWorkspace();
+  const auto haptics = native::makeHaptics(application);
+  const auto screen = native::makeScreen();
+  const auto mainMenu = native::makeMainMenu(application);
+  const auto statusBar = native::makeStatusBar(application);
+  const auto panels = native::makePanels();
+  const auto webWindows = native::makeWebWindows(application, *mainMenu, *defaults);
+  const auto alerts = native::makeAlerts(application);
+  const auto openPanel = native::makeOpenPanel(application);
+  const auto webSockets = native::makeWebSockets();
+  const auto pasteboard = native::makePasteboard();
+  const auto pairViews = native::makePairViews(application, *mainMenu);
+
+  return orvalle::app::run({application, *clock, *loop, *environment, *defaults, *workspace, *haptics,
+                            *screen, *mainMenu, *statusBar, *panels, *webWindows, *alerts, *openPanel,
+                            *webSockets, *pasteboard, *pairViews});
+}

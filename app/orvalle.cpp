@@ -1,0 +1,26 @@
+#include "app/orvalle.h"
+
+#include <memory>
+#include <utility>
+
+#include "app/controller.h"
+#include "link/config.h"
+#include "link/pair_window.h"
+#include "link/realtime_channel.h"
+#include "link/web_address.h"
+
+namespace orvalle::app {
+
+int run(const platform::Platform& platform) {
+  link::Config config(platform.defaults);
+  const link::WebAddress address(platform.environment, platform.defaults, ORVALLE_DEFAULT_ADDRESS);
+  Neighbours neighbours;
+  neighbours.makeChannel = [&] {
+    return std::make_unique<link::RealtimeChannel>(config, platform.webSockets, platform.loop);
+  };
+  neighbours.makePairing = [&] { return std::make_unique<link::PairWindow>(platform, config); };
+  Controller controller(platform, address, config, std::move(neighbours));
+  return platform.application.run(controller);
+}
+
+}  // namespace orvalle::app

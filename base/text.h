@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orvalle::base {
+
+/// Whether the bytes are well-formed UTF-8 (no overlong forms, no surrogates, nothing above U+10FFFF).
+bool isValidUtf8(std::string_view text);
+
+/// The text on one line: every line break (LF, CR, VT, FF, NEL, U+2028, U+2029; CR LF counts once) becomes
+/// one blank.
+std::string onOneLine(std::string_view text);
+
+/// The text's characters as a reader counts them (extended grapheme clusters), as views into it: CR LF is
+/// one, a letter with its combining marks is one. A byte that is not UTF-8 stands for itself.
+std::vector<std::string_view> characters(std::string_view text);
+
+/// The text without Unicode white space and line breaks at its ends, as a view into it.
+std::string_view trimmed(std::string_view text);
+
+}  // namespace orvalle::base

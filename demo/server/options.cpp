@@ -1,0 +1,68 @@
+#include "demo/server/options.h"
+
+#include <algorithm>
+#include <charconv>
+#include <optional>
+
+namespace orvalle::demo {
+namespace {
+
+constexpr unsigned kHighestPort = 65535;
+constexpr unsigned kPortsTried = 100;
+
+std::optional<PortRange> portsFrom(std::string_view text) {
+  unsigned first = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), first);
+  if (error != std::errc() || end != text.data() + text.size() || first > kHighestPort) return std::nullopt;
+  return PortRange{first, std::min(first + kPortsTried - 1, kHighestPort)};
+}
+
+}  // namespace
+
+const char* const kHelp =
+    "Uso: orvalle-demo [OPZIONI]\n"
+    "\n"
+    "Serve l'applicazione web di Orvalle su http://localhost:4717/ e vi apre Orvalle.\n"
+    "Se la porta è occupata prende la prima libera tra le cento che seguono.\n"
+    "\n"
+    "  --serve-only  serve soltanto, senza aprire Orvalle\n"
+    "  --port N      prima porta da provare (0: la sceglie il sistema)\n"
+    "  --page DIR    cartella della pagina\n"
+    "  --app PATH    programma da avviare al posto di Orvalle\n"
+    "  --help        mostra questo aiuto\n"
+    "  --version     mostra la versione\n";
+
+std::variant<Options, UsageError> readOptions(const std::vector<std::string_view>& arguments,
+                                              const std::filesystem::path& executable) {
+  const std::filesystem::path bundle = executable.parent_path().parent_path();
+  Options options;
+  options.page = bundle / "share/orvalle-demo/page";
+  options.app = bundle / "AppRun";
+
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    const std::string_view name = arguments[i];
+    if (name == "--help" || name == "--version") {
+      options.action = name == "--help" ? Options::Action::ShowHelp : Options::Action::ShowVersion;
+      return options;
+    }
+    if (name == "--serve-only") {
+      options.action = Options::Action::Serve;
+      continue;
+    }
+    if (name != "--port" && name != "--page" && name != "--app") {
+      return UsageError{"opzione sconosciuta: " + std::string(name)};
+    }
+    if (i + 1 == arguments.size()) return UsageError{"manca il valore di " + std::string(name)};
+    const std::string_view value = arguments[++i];
+    if (name == "--port") {
+      const std::optional<PortRange> ports = portsFrom(value);
+      if (!ports) return UsageError{"porta non valida: " + std::string(value)};
+      options.ports = *ports;
+    } else {
+      (name == "--page" ? options.page : options.app) = std::filesystem::absolute(value);
+    }
+  }
+  return options;
+}
+
+}  // namespace orvalle::demo

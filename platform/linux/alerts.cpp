@@ -1,0 +1,166 @@
+#include "platform/alerts.h"
+
+#include <gtk/gtk.h>
+
+#include <algorithm>
+#include <deque>
+#include <optional>
+#include <utility>
+
+#include "platform/linux/factory.h"
+#include "platform/linux/glib_ptr.h"
+#include "platform/linux/own_window.h"
+#include "platform/linux/window_front.h"
+
+namespace orvalle::platform::linuxos {
+namespace {
+
+/// More than anybody reads in a dialog, and little enough to lay out at once: the time that takes grows with
+/// the square of a word's length.
+constexpr std::size_t kLongestText = 5'000;
+constexpr std::size_t kLongestWord = 200;
+constexpr int kMostLines = 500;
+constexpr char kEllipsis[] = "…";
+
+/// Of the texts together, in points. Taller ones scroll, so that the buttons stay on the screen.
+constexpr int kNarrowest = 300;
+constexpr int kScrolledWidth = 480;
+constexpr int kTallest = 360;
+
+/// The text as a label can show it: valid UTF-8, with an ellipsis for what goes on for too long.
+std::string labelText(const std::string& text) {
+  // A character has at most four bytes, and a few more do no harm.
+  const std::size_t looked = std::min(text.size(), 4 * kLongestText);
+  const GlibPtr<char> valid(g_utf8_make_valid(text.data(), static_cast<gssize>(looked)));
+  std::string shown;
+  std::size_t length = 0;
+  std::size_t wordLength = 0;
+  int lines = 1;
+  const char* at = valid.get();
+  for (const char* next = at; *at && length < kLongestText; at = next, ++length) {
+    next = g_utf8_next_char(at);
+    if (*at == '\n' && ++lines > kMostLines) break;
+    wordLength = g_unichar_isspace(g_utf8_get_char(at)) ? 0 : wordLength + 1;
+    if (wordLength <= kLongestWord) {
+      shown.append(at, next);
+    } else if (wordLength == kLongestWord + 1) {
+      shown += kEllipsis;
+    }
+  }
+  if (*at || looked < text.size()) shown += kEllipsis;
+  return shown;
+}
+
+/// The dialog of one alert.
+class Dialog {
+ public:
+  Dialog(const Alert& alert, GtkWindow* parent, std::function<void(std::size_t)> answered)
+      : answered_(std::move(answered)),
+        last_(alert.buttons.size() - 1),
+        window_(gtk_message_dialog_new(parent, GTK_DIALOG_MODAL, GTK_MESSAGE_OTHER, GTK_BUTTONS_NONE, "%s",
+                                       labelText(alert.message).c_str())),
+        response_(window_.widget(), "response", G_CALLBACK(responded), this) {
+    gtk_window_set_title(window_.get(), g_get_application_name());
+    auto* dialog = GTK_MESSAGE_DIALOG(window_.widget());
+    if (!alert.informative.empty())
+      gtk_message_dialog_format_secondary_text(dialog, "%s", labelText(alert.informative).c_str());
+    for (std::size_t button = 0; button < alert.buttons.size(); ++button)
+      addButton(alert.buttons[button], static_cast<int>(button));
+    gtk_dialog_set_default_response(GTK_DIALOG(dialog), 0);
+    fitTexts(dialog);
+    if (!parent) {
+      // Holds up none of our other windows, as it belongs to none of them.
+      const auto group = GObjectPtr<GtkWindowGroup>::adopt(gtk_window_group_new());
+      gtk_window_group_add_window(group.get(), window_.get());
+      gtk_window_set_position(window_.get(), GTK_WIN_POS_CENTER);
+    }
+    present(window_.get());
+  }
+
+ private:
+  void addButton(const std::string& title, int response) {
+    // The title as it is: an underline would make the next letter a shortcut.
+    GtkWidget* button = gtk_button_new_with_label(title.c_str());
+    gtk_widget_set_can_default(button, TRUE);
+    gtk_widget_show(button);
+    gtk_dialog_add_action_widget(GTK_DIALOG(window_.widget()), button, response);
+    if (response == 0) gtk_widget_grab_focus(button);
+  }
+
+  static void fitTexts(GtkMessageDialog* dialog) {
+    GtkWidget* area = gtk_message_dialog_get_message_area(dialog);
+    gtk_widget_set_size_request(area, kNarrowest, -1);
+    gtk_container_foreach(
+        GTK_CONTAINER(area),
+        [](GtkWidget* label, gpointer) {
+          gtk_label_set_selectable(GTK_LABEL(label), TRUE);
+          // A word may be longer than a line.
+          gtk_label_set_line_wrap_mode(GTK_LABEL(label), PANGO_WRAP_WORD_CHAR);
+        },
+        nullptr);
+    GtkRequisition natural;
+    gtk_widget_get_preferred_size(area, nullptr, &natural);
+    if (natural.height <= kTallest) return;
+    auto* parent = GTK_CONTAINER(gtk_widget_get_parent(area));
+    GtkWidget* scroller = gtk_scrolled_window_new(nullptr, nullptr);
+    gtk_scrolled_window_set_policy(GTK_SCROLLED_WINDOW(scroller), GTK_POLICY_NEVER, GTK_POLICY_AUTOMATIC);
+    gtk_widget_set_size_request(scroller, kScrolledWidth, kTallest);
+    const auto kept = GObjectPtr<GtkWidget>::share(area);
+    gtk_container_remove(parent, area);
+    gtk_container_add(GTK_CONTAINER(scroller), area);
+    gtk_container_add(parent, scroller);
+    gtk_widget_show_all(scroller);
+  }
+
+  static void responded(GtkDialog*, int response, gpointer self) {
+    auto& dialog = *static_cast<Dialog*>(self);
+    // Everything but a button closes the window.
+    const auto button = response >= 0 ? static_cast<std::size_t>(response) : dialog.last_;
+    // The answer does away with this dialog.
+    const auto answered = std::move(dialog.answered_);
+    answered(button);
+  }
+
+  std::function<void(std::size_t)> answered_;
+  std::size_t last_;
+  OwnWindow window_;
+  SignalConnection response_;
+};
+
+class GtkAlerts final : public Alerts {
+ public:
+  explicit GtkAlerts(NativeApplication& application) : application_(application) {}
+
+  void show(const Alert& alert, std::function<void(std::size_t)> done) override {
+    waiting_.emplace_back(alert, std::move(done));
+    showNext();
+  }
+
+ private:
+  void showNext() {
+    if (dialog_ || waiting_.empty()) return;
+    dialog_.emplace(waiting_.front().first, frontWindow(application_.gtk()),
+                    [this](std::size_t button) { answered(button); });
+  }
+
+  void answered(std::size_t button) {
+    dialog_.reset();
+    const auto done = std::move(waiting_.front().second);
+    waiting_.pop_front();
+    done(button);
+    showNext();
+  }
+
+  NativeApplication& application_;
+  /// The first is the one on show.
+  std::deque<std::pair<Alert, std::function<void(std::size_t)>>> waiting_;
+  std::optional<Dialog> dialog_;
+};
+
+}  // namespace
+
+std::unique_ptr<Alerts> makeAlerts(NativeApplication& application) {
+  return std::make_unique<GtkAlerts>(application);
+}
+
+}  // namespace orvalle::platform::linuxos

@@ -1,0 +1,29 @@
+#include "platform/workspace.h"
+
+#include "platform/linux/display_choice.h"
+#include "platform/linux/factory.h"
+#include "platform/linux/glib_ptr.h"
+
+namespace orvalle::platform::linuxos {
+namespace {
+
+class DesktopWorkspace final : public Workspace {
+ public:
+  void open(const std::string& url) override {
+    // The display's context gives the handler the start-up notification that lets it take the focus.
+    const auto context =
+        GObjectPtr<GdkAppLaunchContext>::adopt(gdk_display_get_app_launch_context(gdk_display_get_default()));
+    gdk_app_launch_context_set_timestamp(context.get(), gtk_get_current_event_time());
+    hideDisplayChoice(G_APP_LAUNCH_CONTEXT(context.get()));
+    g_app_info_launch_default_for_uri_async(url.c_str(), G_APP_LAUNCH_CONTEXT(context.get()), nullptr,
+                                            nullptr, nullptr);
+  }
+};
+
+}  // namespace
+
+std::unique_ptr<Workspace> makeWorkspace() {
+  return std::make_unique<DesktopWorkspace>();
+}
+
+}  // namespace orvalle::platform::linuxos

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "platform/alerts.h"
+#include "platform/application.h"
+#include "platform/clock.h"
+#include "platform/defaults.h"
+#include "platform/environment.h"
+#include "platform/haptics.h"
+#include "platform/main_loop.h"
+#include "platform/main_menu.h"
+#include "platform/open_panel.h"
+#include "platform/pair_view.h"
+#include "platform/panel.h"
+#include "platform/pasteboard.h"
+#include "platform/screen.h"
+#include "platform/status_item.h"
+#include "platform/system_log.h"
+#include "platform/web_socket.h"
+#include "platform/web_window.h"
+#include "platform/workspace.h"
+
+namespace orvalle::platform {
+
+/// Everything the portable program asks of a system. Owned by whoever starts the program; outlives it.
+struct Platform {
+  Application& application;
+  Clock& clock;
+  MainLoop& loop;
+  Environment& environment;
+  Defaults& defaults;
+  Workspace& workspace;
+  Haptics& haptics;
+  Screen& screen;
+  MainMenu& mainMenu;
+  StatusBar& statusBar;
+  Panels& panels;
+  WebWindows& webWindows;
+  Alerts& alerts;
+  OpenPanel& openPanel;
+  WebSockets& webSockets;
+  Pasteboard& pasteboard;
+  PairViews& pairViews;
+};
+
+}  // namespace orvalle::platform

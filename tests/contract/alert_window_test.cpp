@@ -1,0 +1,87 @@
+#include <gtest/gtest.h>
+
+#include "tests/contract/dialog_rigs.h"
+
+/// The native alert as a user meets it.
+namespace orvalle::contract {
+namespace {
+
+class AlertWindow : public ::testing::Test {
+ protected:
+  GtkDialog* show(const platform::Alert& alert) {
+    rig.alerts().show(alert, [this](std::size_t button) { answers.push_back(button); });
+    auto* dialog = onlyDialog();
+    EXPECT_TRUE(runUntil([&] { return gtk_window_is_active(GTK_WINDOW(dialog)); }));
+    return dialog;
+  }
+
+  static std::string text(GtkWidget* label) { return gtk_label_get_text(GTK_LABEL(label)); }
+
+  NativeAlertsRig rig;
+  std::vector<std::size_t> answers;
+};
+
+TEST_F(AlertWindow, showsTextsAndTitlesAsTheyAre) {
+  auto* dialog = show({"50% di <b>Tesi</b> & _altro_", "&amp; <i>x</i>\nfine", {"Va_bene", "<b>No"}});
+  EXPECT_STREQ(gtk_window_get_title(GTK_WINDOW(dialog)), g_get_application_name());
+  const auto labels = all(dialog, GTK_TYPE_LABEL);
+  ASSERT_EQ(labels.size(), 2U);
+  EXPECT_EQ(text(labels[0]), "50% di <b>Tesi</b> & _altro_");
+  EXPECT_EQ(text(labels[1]), "&amp; <i>x</i>\nfine");
+  for (auto* label : labels) EXPECT_TRUE(gtk_label_get_selectable(GTK_LABEL(label)));
+  const auto buttons = all(dialog, GTK_TYPE_BUTTON);
+  ASSERT_EQ(buttons.size(), 2U);
+  EXPECT_STREQ(gtk_button_get_label(GTK_BUTTON(buttons[0])), "Va_bene");
+  EXPECT_STREQ(atk_object_get_name(gtk_widget_get_accessible(buttons[0])), "Va_bene");
+  EXPECT_STREQ(gtk_button_get_label(GTK_BUTTON(buttons[1])), "<b>No");
+}
+
+TEST_F(AlertWindow, returnIsTheFirstButtonAndEscapeTheLast) {
+  const auto answerTo = [&](auto act) {
+    answers.clear();
+    act(GTK_WINDOW(show({"Prova", "", {"Uno", "Due", "Tre"}})));
+    // A button pressed by key goes down and up again.
+    EXPECT_TRUE(runUntil([&] { return !answers.empty(); }));
+    return answers;
+  };
+  EXPECT_EQ(answerTo([](GtkWindow* window) { pressKey(window, GDK_KEY_Return); }),
+            std::vector<std::size_t>{0});
+  EXPECT_EQ(answerTo([](GtkWindow* window) { pressKey(window, GDK_KEY_Escape); }),
+            std::vector<std::size_t>{2});
+  EXPECT_EQ(answerTo([](GtkWindow* window) { gtk_window_close(window); }), std::vector<std::size_t>{2});
+}
+
+TEST_F(AlertWindow, staysOnTheScreenWhateverItSays) {
+  std::string lines;
+  for (int line = 0; line < 10'000; ++line) lines += "riga " + std::to_string(line) + "\n";
+  const std::string word(1 << 20, 'm');
+  std::string words;
+  for (int count = 0; count < 100'000; ++count) words += "parola ";
+  GdkRectangle area;
+  gdk_monitor_get_workarea(gdk_display_get_monitor(gdk_display_get_default(), 0), &area);
+  for (const auto& texts : {std::pair(lines, lines), {word, word}, {words, words}, {lines, std::string()}}) {
+    auto* dialog = show({texts.first, texts.second, {"Va bene", "Annulla"}});
+    int width = 0;
+    int height = 0;
+    gtk_window_get_size(GTK_WINDOW(dialog), &width, &height);
+    EXPECT_LE(width, area.width);
+    EXPECT_LE(height, area.height * 2 / 3);
+    for (auto* button : all(dialog, GTK_TYPE_BUTTON)) {
+      GtkAllocation place;
+      gtk_widget_get_allocation(button, &place);
+      EXPECT_LE(place.y + place.height, height);
+    }
+    rig.press(1);
+  }
+}
+
+TEST_F(AlertWindow, textThatIsNoUtf8IsShownAllTheSame) {
+  auto* dialog = show({"Perch\xe9", std::string("a\0b", 3), {"Va bene"}});
+  EXPECT_EQ(text(all(dialog, GTK_TYPE_LABEL)[0]), "Perch\uFFFD");
+  EXPECT_EQ(text(all(dialog, GTK_TYPE_LABEL)[1]),
+            "a\uFFFD"
+            "b");
+}
+
+}  // namespace
+}  // namespace orvalle::contract

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "base/json.h"
+#include "link/snapshot.h"
+#include "link/web_address.h"
+#include "platform/platform.h"
+#include "web/page_trust.h"
+#include "web/striscia_trascinabile.h"
+
+namespace orvalle::web {
+
+/// The main window: hosts the web application, keeps its links inside its own host, stands in with an offline
+/// page when it cannot be reached, and is the desktop's end of the bridge to its script. Window and page are
+/// made on first use and live as long as this; closing the window only hides it.
+class Finestra : private platform::WebWindowDelegate {
+ public:
+  /// `platform` and `address` must outlive this.
+  Finestra(const platform::Platform& platform, const link::WebAddress& address);
+  Finestra(const Finestra&) = delete;
+  Finestra& operator=(const Finestra&) = delete;
+  ~Finestra() override;
+
+  /// Called when the page pushes its session's state.
+  std::function<void(const link::Snapshot&)> onState;
+
+  /// The web application's address.
+  base::Url indirizzo() const { return address_.indirizzo(); }
+  /// Brings the window to the front, program and all, and tells the page.
+  void mostra();
+  /// Loads `url` in the window and brings it to the front.
+  void vai(const base::Url& url);
+  /// Tells a loaded page that it has regained the focus; nothing without one. Never reloads.
+  void sveglia();
+  /// Gives the page a command with an optional argument. False, with nothing done, when there is no page to
+  /// take it.
+  bool comanda(const std::string& command, const std::optional<std::string>& id);
+  /// Answers the page's request `id` with `text`; nothing without an id or before the window is built.
+  void rispondi(std::optional<std::int64_t> id, const std::string& text);
+
+ private:
+  void costruisci();
+  void load(const base::Url& url);
+  void bringToFront();
+  void mostraErrore(const std::string& description);
+  void handleRequest(const std::string& tipo, const base::Json& body);
+  void pushSnapshot(const base::Json& body);
+  void tattile(const base::Json& body);
+  void apriFuori(const base::Json& body);
+
+  platform::NavigationPolicy decidePolicy(const platform::NavigationAction& action) override;
+  void didStart(const std::string& url) override;
+  void didCommit(const std::string& url) override;
+  void didFail(const std::string& description) override;
+  void didReceiveMessage(const std::string& name, const std::string& json) override;
+  void runAlert(const std::string& message, std::function<void()> done) override;
+  void runConfirm(const std::string& message, std::function<void(bool)> done) override;
+  void chooseFiles(bool multiple, std::function<void(std::optional<std::vector<std::string>>)> done) override;
+
+  const platform::Platform& platform_;
+  const link::WebAddress& address_;
+  PageTrust trust_;
+  std::unique_ptr<platform::WebWindow> window_;
+  std::optional<StrisciaTrascinabile> strip_;
+};
+
+}  // namespace orvalle::web
