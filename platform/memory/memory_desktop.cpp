@@ -1,6 +1,7 @@
 #include "platform/memory/memory_desktop.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace orvalle::platform::memory {
 
@@ -144,10 +145,9 @@ std::unique_ptr<WebWindow> MemoryWebWindows::make(const WebWindowSpec& spec, Web
 }
 
 void WebWindowState::commit(std::optional<std::string> redirectedTo) {
-  const auto requested = loads.back();
-  delegate->didStart(requested);
+  start();
   hasPage = true;
-  delegate->didCommit(redirectedTo.value_or(requested));
+  delegate->didCommit(redirectedTo.value_or(loads.back()));
 }
 
 void WebWindowState::navigateByScript(const std::string& url) {
@@ -157,7 +157,12 @@ void WebWindowState::navigateByScript(const std::string& url) {
 }
 
 void WebWindowState::fail(const std::string& description) {
+  start();
   delegate->didFail(description);
+}
+
+void WebWindowState::start() {
+  if (std::exchange(started_, loads.size()) < loads.size()) delegate->didStart(loads.back());
 }
 
 void MemoryAlerts::press(std::size_t button) {

@@ -133,11 +133,17 @@ struct WebWindowState {
   void commit(std::optional<std::string> redirectedTo = {});
   /// The page goes to another address by itself.
   void navigateByScript(const std::string& url);
-  /// A load fails: whatever was shown stays until the delegate shows something else.
+  /// The last load fails, once it has started: whatever was shown stays until the delegate shows something
+  /// else.
   void fail(const std::string& description);
   void post(const std::string& json) { delegate->didReceiveMessage(spec.messageHandler, json); }
   /// A press on the title strip.
   std::function<void(int clickCount)> pressStrip;
+
+ private:
+  void start();
+  /// How many of the loads have started, or were replaced before they could.
+  std::size_t started_ = 0;
 };
 
 class MemoryWebWindows : public WebWindows {

@@ -196,5 +196,20 @@ TEST_F(HeldUpMainLoop, runsALateTickOnceAndDoesNotMakeUpForTheRest) {
   EXPECT_EQ(ticks, 1);
 }
 
+TEST_F(HeldUpMainLoop, keepsToItsFirstRhythmAfterALateTick) {
+  int ticks = 0;
+  const auto start = rig.age();
+  const auto timer = rig.loop().every(200ms, [&] { ++ticks; });
+  const auto end = rig.age();
+  std::this_thread::sleep_for(start + 350ms - rig.age());
+  rig.pass(0ms);
+  ASSERT_EQ(ticks, 1);
+  // Counted from the late tick the next one would be due after 550 ms only. However busy the machine is, the
+  // first turn after 400 ms must bring it.
+  while (rig.age() < end + 400ms) std::this_thread::sleep_for(5ms);
+  rig.pass(0ms);
+  EXPECT_EQ(ticks, 2);
+}
+
 }  // namespace
 }  // namespace orvalle::platform

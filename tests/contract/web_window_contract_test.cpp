@@ -50,6 +50,38 @@ TYPED_TEST(WebWindowContract, pageMayGoElsewhereByItself) {
   EXPECT_TRUE(this->window->hasPage());
 }
 
+TYPED_TEST(WebWindowContract, givenDocumentTakesThePlaceOfThePageAndAPageThatOfTheDocument) {
+  this->window->load(this->rig.goodUrl());
+  this->rig.letLoadSucceed();
+  this->window->loadHtml("<p>Ecco</p>");
+  this->rig.letHtmlShow();
+  EXPECT_FALSE(this->window->hasPage());
+  this->events().clear();
+  const auto url = this->rig.otherUrl();
+  this->window->load(url);
+  this->rig.letLoadSucceed();
+  EXPECT_TRUE(this->window->hasPage());
+  EXPECT_EQ(this->events(), (Events{"start " + url, "commit " + url}));
+}
+
+TYPED_TEST(WebWindowContract, failureIsToldOnceAndDescribed) {
+  const auto url = this->rig.deadUrl();
+  this->window->load(url);
+  this->rig.letLoadFail();
+  EXPECT_FALSE(this->window->hasPage());
+  EXPECT_EQ(this->events(), (Events{"start " + url, "fail"}));
+  ASSERT_EQ(this->rig.owner.descriptions.size(), 1U);
+  EXPECT_NE(this->rig.owner.descriptions[0], "");
+}
+
+TYPED_TEST(WebWindowContract, pageIsStillThereAfterAFailure) {
+  this->window->load(this->rig.goodUrl());
+  this->rig.letLoadSucceed();
+  this->window->load(this->rig.deadUrl());
+  this->rig.letLoadFail();
+  EXPECT_TRUE(this->window->hasPage());
+}
+
 TYPED_TEST(WebWindowContract, messagesArriveAsJson) {
   this->window->load(this->rig.goodUrl());
   this->rig.letLoadSucceed();

@@ -123,7 +123,11 @@ class NativeWebWindowRig {
   /// Nobody listens there.
   std::string deadUrl() const { return "http://127.0.0.1:47999/"; }
   void letLoadSucceed() { letNext("commit "); }
-  void letLoadFail() { letNext("fail"); }
+  void letLoadFail() {
+    letNext("fail");
+    // Whatever else may be told of it.
+    runFor(std::chrono::milliseconds(200));
+  }
   void letHtmlShow() { letNext("commit about:blank"); }
   void navigateByScript(platform::WebWindow& made, const std::string& url) {
     made.evaluate("location.href = '" + url + "'");
