@@ -16,6 +16,7 @@ struct Request {
   std::string host;
   std::string cookie;
   std::string ifNoneMatch;
+  std::string fetchSite;
 };
 
 /// An HTTP answer. For HEAD requests it is built like for GET; the transport leaves the body out.

@@ -14,6 +14,7 @@
 
 #include "demo/server/child_program.h"
 #include "demo/server/options.h"
+#include "demo/server/pairing_keys.h"
 #include "demo/server/server.h"
 
 namespace orvalle::demo {
@@ -25,6 +26,24 @@ constexpr int kUsageError = 2;
 int complain(const std::string& message) {
   std::fprintf(stderr, "orvalle-demo: %s\n", message.c_str());
   return kFailed;
+}
+
+std::string fromEnvironment(const char* name) {
+  const char* value = g_getenv(name);
+  return value ? value : "";
+}
+
+/// Those of the environment, or this installation's own.
+PairingKeys keysFor(const Options& options) {
+  const PairingKeys given{fromEnvironment("ORVALLE_DEMO_ANON_KEY"),
+                          fromEnvironment("ORVALLE_DEMO_CHANNEL_KEY")};
+  if (!given.anonKey.empty() && !given.channelKey.empty()) return given;
+  const std::filesystem::path file =
+      options.keys.empty() ? std::filesystem::path(g_get_user_state_dir()) / "orvalle-demo/keys.json"
+                           : options.keys;
+  if (auto kept = keptKeys(file)) return *kept;
+  complain("impossibile conservare le chiavi in " + file.string() + ": valgono solo per questa volta");
+  return makeKeys();
 }
 
 /// Runs the main loop until Orvalle, or the server without it, is to end.
@@ -46,7 +65,9 @@ class Program {
     if (!std::filesystem::is_regular_file(options.page / "index.html", error)) {
       return complain("nessuna pagina in " + options.page.string());
     }
-    const std::unique_ptr<Server> server = Server::start(Site(PageFolder(options.page)), options.ports);
+    const PairingKeys keys = keysFor(options);
+    const std::unique_ptr<Server> server =
+        Server::start(Site(PageFolder(options.page), keys), options.ports, {keys.anonKey, options.idle});
     if (!server) {
       return complain("nessuna porta libera da " + std::to_string(options.ports.first) + " a " +
                       std::to_string(options.ports.last));

@@ -9,12 +9,13 @@ namespace {
 
 constexpr unsigned kHighestPort = 65535;
 constexpr unsigned kPortsTried = 100;
+constexpr unsigned kLongestIdle = 86400;
 
-std::optional<PortRange> portsFrom(std::string_view text) {
-  unsigned first = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), first);
-  if (error != std::errc() || end != text.data() + text.size() || first > kHighestPort) return std::nullopt;
-  return PortRange{first, std::min(first + kPortsTried - 1, kHighestPort)};
+std::optional<unsigned> numberFrom(std::string_view text, unsigned lowest, unsigned highest) {
+  unsigned number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  return number >= lowest && number <= highest ? std::optional(number) : std::nullopt;
 }
 
 }  // namespace
@@ -29,6 +30,9 @@ const char* const kHelp =
     "  --port N      prima porta da provare (0: la sceglie il sistema)\n"
     "  --page DIR    cartella della pagina\n"
     "  --app PATH    programma da avviare al posto di Orvalle\n"
+    "  --keys FILE   file delle chiavi di abbinamento, se non sono nell'ambiente\n"
+    "                (ORVALLE_DEMO_ANON_KEY e ORVALLE_DEMO_CHANNEL_KEY)\n"
+    "  --idle N      secondi di silenzio dopo i quali si chiude un collegamento in tempo reale (60)\n"
     "  --help        mostra questo aiuto\n"
     "  --version     mostra la versione\n";
 
@@ -49,17 +53,22 @@ std::variant<Options, UsageError> readOptions(const std::vector<std::string_view
       options.action = Options::Action::Serve;
       continue;
     }
-    if (name != "--port" && name != "--page" && name != "--app") {
+    if (name != "--port" && name != "--page" && name != "--app" && name != "--keys" && name != "--idle") {
       return UsageError{"opzione sconosciuta: " + std::string(name)};
     }
     if (i + 1 == arguments.size()) return UsageError{"manca il valore di " + std::string(name)};
     const std::string_view value = arguments[++i];
     if (name == "--port") {
-      const std::optional<PortRange> ports = portsFrom(value);
-      if (!ports) return UsageError{"porta non valida: " + std::string(value)};
-      options.ports = *ports;
+      const auto first = numberFrom(value, 0, kHighestPort);
+      if (!first) return UsageError{"porta non valida: " + std::string(value)};
+      options.ports = {*first, std::min(*first + kPortsTried - 1, kHighestPort)};
+    } else if (name == "--idle") {
+      const auto seconds = numberFrom(value, 1, kLongestIdle);
+      if (!seconds) return UsageError{"numero di secondi non valido: " + std::string(value)};
+      options.idle = std::chrono::seconds(*seconds);
     } else {
-      (name == "--page" ? options.page : options.app) = std::filesystem::absolute(value);
+      auto& path = name == "--page" ? options.page : name == "--app" ? options.app : options.keys;
+      path = std::filesystem::absolute(value);
     }
   }
   return options;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -20,6 +21,10 @@ struct Options {
   std::filesystem::path page;
   /// The program to start on the page's address.
   std::filesystem::path app;
+  /// The file of the pairing keys; empty for the usual one.
+  std::filesystem::path keys;
+  /// How long a realtime connection may be silent.
+  std::chrono::seconds idle{60};
 };
 
 /// A command line that cannot be obeyed, with the text to show.

@@ -20,7 +20,8 @@ void answer(SoupServer*, SoupServerMessage* message, const char*, GHashTable*, g
                         query ? query : "",
                         header(asked, "Host"),
                         header(asked, "Cookie"),
-                        header(asked, "If-None-Match")};
+                        header(asked, "If-None-Match"),
+                        header(asked, "Sec-Fetch-Site")};
 
   const Response response = static_cast<const Site*>(site)->answer(request);
 
@@ -57,18 +58,19 @@ void Server::Stop::operator()(SoupServer* server) const {
   g_object_unref(server);
 }
 
-Server::Server(Site site)
+Server::Server(Site site, RealtimeOptions realtime)
     : site_(std::move(site)),
       // Raw paths, because the site decodes them itself and must see what was really sent.
       server_(SOUP_SERVER(
-          g_object_new(SOUP_TYPE_SERVER, "raw-paths", TRUE, "server-header", "orvalle-demo", nullptr))) {
+          g_object_new(SOUP_TYPE_SERVER, "raw-paths", TRUE, "server-header", "orvalle-demo", nullptr))),
+      realtime_(server_.get(), std::move(realtime)) {
   soup_server_add_handler(server_.get(), nullptr, &answer, &site_, nullptr);
 }
 
 Server::~Server() = default;
 
-std::unique_ptr<Server> Server::start(Site site, PortRange ports) {
-  std::unique_ptr<Server> server(new Server(std::move(site)));
+std::unique_ptr<Server> Server::start(Site site, PortRange ports, RealtimeOptions realtime) {
+  std::unique_ptr<Server> server(new Server(std::move(site), std::move(realtime)));
   if (ports.first == 0) return server->listen(0) ? std::move(server) : nullptr;
   for (unsigned port = ports.first; port <= ports.last; ++port) {
     if (server->listen(port)) return server;

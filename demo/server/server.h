@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "demo/server/realtime_endpoint.h"
 #include "demo/server/site.h"
 
 namespace orvalle::demo {
@@ -15,13 +16,13 @@ struct PortRange {
   unsigned last = 4816;
 };
 
-/// Serves a site over HTTP on the loopback interface, on IPv4 and on IPv6 where the machine has it. Runs on
-/// the main context that was the thread's default when it was started; stops when it is destroyed, on that
-/// thread.
+/// Serves a site over HTTP, and the realtime service over websockets, on the loopback interface, on IPv4 and
+/// on IPv6 where the machine has it. Runs on the main context that was the thread's default when it was
+/// started; stops when it is destroyed, on that thread.
 class Server {
  public:
   /// Listens on the first port of the range that is free on both address families; null when none is.
-  static std::unique_ptr<Server> start(Site site, PortRange ports);
+  static std::unique_ptr<Server> start(Site site, PortRange ports, RealtimeOptions realtime);
 
   Server(const Server&) = delete;
   Server& operator=(const Server&) = delete;
@@ -32,7 +33,7 @@ class Server {
   unsigned port() const { return port_; }
 
  private:
-  explicit Server(Site site);
+  Server(Site site, RealtimeOptions realtime);
   bool listen(unsigned port);
 
   struct Stop {
@@ -41,6 +42,7 @@ class Server {
 
   Site site_;
   std::unique_ptr<SoupServer, Stop> server_;
+  RealtimeEndpoint realtime_;
   unsigned port_ = 0;
 };
 

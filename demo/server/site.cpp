@@ -1,11 +1,14 @@
 #include "demo/server/site.h"
 
 #include <glib.h>
+#include <boost/json/object.hpp>
 
 #include <array>
 #include <optional>
 #include <string>
 #include <utility>
+
+#include "base/json.h"
 
 namespace orvalle::demo {
 namespace {
@@ -87,7 +90,7 @@ constexpr std::array<std::pair<std::string_view, Handler>, 2> kEndpoints{{
 
 }  // namespace
 
-Site::Site(PageFolder page) : page_(std::move(page)) {}
+Site::Site(PageFolder page, PairingKeys keys) : page_(std::move(page)), keys_(std::move(keys)) {}
 
 Response Site::answer(const Request& request) const {
   Response response = route(request);
@@ -108,8 +111,23 @@ Response Site::route(const Request& request) const {
   for (const auto& [endpoint, handler] : kEndpoints) {
     if (*path == endpoint) return handler(request);
   }
+  if (*path == "/api/abbinamento") return pairing(request);
   if (path->starts_with("/api/")) return text(404, "Non trovato.");
   return pageAt(*path, request);
+}
+
+// The keys are for this application's own page: no other site may read them, nor show them in a page of its
+// own.
+Response Site::pairing(const Request& request) const {
+  const std::string& from = request.fetchSite;
+  if (!from.empty() && from != "same-origin" && from != "none") return text(403, "Non ammesso.");
+  const auto body =
+      base::writeJson(boost::json::object{{"anonKey", keys_.anonKey}, {"channelKey", keys_.channelKey}});
+  return {200,
+          {{"Content-Type", "application/json"},
+           {"Cache-Control", "no-store"},
+           {"Cross-Origin-Resource-Policy", "same-origin"}},
+          body.value_or("{}")};
 }
 
 Response Site::pageAt(std::string_view path, const Request& request) const {

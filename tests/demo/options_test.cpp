@@ -23,14 +23,19 @@ TEST(OptionsTest, withoutArgumentsTheBundleIsServedAndOpened) {
   EXPECT_EQ(options->app, "/opt/Orvalle.app/AppRun");
   EXPECT_EQ(options->ports.first, 4717U);
   EXPECT_EQ(options->ports.last, 4816U);
+  EXPECT_EQ(options->keys, "");
+  EXPECT_EQ(options->idle, std::chrono::seconds(60));
 }
 
 TEST(OptionsTest, argumentsReplaceTheDefaults) {
-  const auto options = read({"--page", "/p", "--serve-only", "--port", "5000", "--app", "/a"});
+  const auto options =
+      read({"--page", "/p", "--serve-only", "--port", "5000", "--app", "/a", "--keys", "/k", "--idle", "5"});
   ASSERT_TRUE(options);
   EXPECT_EQ(options->action, Options::Action::Serve);
   EXPECT_EQ(options->page, "/p");
   EXPECT_EQ(options->app, "/a");
+  EXPECT_EQ(options->keys, "/k");
+  EXPECT_EQ(options->idle, std::chrono::seconds(5));
   EXPECT_EQ(options->ports.first, 5000U);
   EXPECT_EQ(options->ports.last, 5099U);
 }
@@ -54,10 +59,23 @@ TEST(OptionsTest, helpAndVersionAreRecognised) {
 
 TEST(OptionsTest, whatCannotBeObeyedIsRefused) {
   const std::vector<std::vector<std::string_view>> kWrong = {
-      {"--boh"},        {"pagina"},          {""},
-      {"--port"},       {"--page"},          {"--app"},
-      {"--port", ""},   {"--port", "x"},     {"--port", "80x"},
-      {"--port", "-1"}, {"--port", "65536"}, {"--port", "99999999999999999999"},
+      {"--boh"},
+      {"pagina"},
+      {""},
+      {"--port"},
+      {"--page"},
+      {"--app"},
+      {"--port", ""},
+      {"--port", "x"},
+      {"--port", "80x"},
+      {"--keys"},
+      {"--idle"},
+      {"--idle", "0"},
+      {"--idle", "86401"},
+      {"--idle", "1.5"},
+      {"--port", "-1"},
+      {"--port", "65536"},
+      {"--port", "99999999999999999999"},
   };
   for (const auto& arguments : kWrong) EXPECT_FALSE(read(arguments)) << arguments.back();
 }

@@ -11,6 +11,7 @@
 #include <iterator>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -55,11 +56,17 @@ class Program {
     argv.reserve(arguments.size() + 1);
     for (std::string& argument : arguments) argv.push_back(argument.data());
     argv.push_back(nullptr);
+    std::string state = "XDG_STATE_HOME=" + (folder / "state").string();
+    std::vector<char*> variables{state.data()};
+    for (char** variable = environ; *variable; ++variable) {
+      if (!std::string_view(*variable).starts_with("XDG_STATE_HOME=")) variables.push_back(*variable);
+    }
+    variables.push_back(nullptr);
     posix_spawn_file_actions_t files;
     posix_spawn_file_actions_init(&files);
     posix_spawn_file_actions_addopen(&files, 1, output_.c_str(), O_CREAT | O_WRONLY | O_TRUNC, 0600);
     posix_spawn_file_actions_addopen(&files, 2, errors_.c_str(), O_CREAT | O_WRONLY | O_TRUNC, 0600);
-    EXPECT_EQ(posix_spawn(&process_, program.c_str(), &files, nullptr, argv.data(), environ), 0);
+    EXPECT_EQ(posix_spawn(&process_, program.c_str(), &files, nullptr, argv.data(), variables.data()), 0);
     posix_spawn_file_actions_destroy(&files);
   }
   Program(const Program&) = delete;
@@ -146,6 +153,35 @@ TEST_F(ProgramTest, servesTheRealPageUntilItIsAskedToEnd) {
     EXPECT_EQ(program.output(), "orvalle-demo: http://localhost:" + std::to_string(port) + "/\n");
     EXPECT_EQ(program.errors(), "");
   }
+}
+
+TEST_F(ProgramTest, itsKeysAreKeptUnlessTheyAreGiven) {
+  const auto keys = [](const Program& program) {
+    return ask(program.port(), "GET", "/api/abbinamento").body;
+  };
+  const std::vector<std::string> serve{"--serve-only", "--port", "0", "--page", ORVALLE_DEMO_PAGE};
+  std::string first;
+  {
+    Program program = start(serve);
+    first = keys(program);
+    EXPECT_EQ(contentOf(inFolder("state/orvalle-demo/keys.json")), first + "\n");
+  }
+  {
+    Program program = start(serve);
+    EXPECT_EQ(keys(program), first);
+  }
+  {
+    std::vector<std::string> elsewhere = serve;
+    elsewhere.insert(elsewhere.end(), {"--keys", inFolder("altre.json")});
+    Program program = start(elsewhere);
+    EXPECT_NE(keys(program), first);
+  }
+  setenv("ORVALLE_DEMO_ANON_KEY", "eyJdata", 1);
+  setenv("ORVALLE_DEMO_CHANNEL_KEY", "abc", 1);
+  Program program = start(serve);
+  unsetenv("ORVALLE_DEMO_ANON_KEY");
+  unsetenv("ORVALLE_DEMO_CHANNEL_KEY");
+  EXPECT_EQ(keys(program), R"({"anonKey":"eyJdata","channelKey":"abc"})");
 }
 
 TEST_F(ProgramTest, opensTheAppOnItsAddressAndEndsAsItEnds) {

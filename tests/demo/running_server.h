@@ -2,6 +2,7 @@
 
 #include <glib.h>
 
+#include <chrono>
 #include <filesystem>
 #include <future>
 #include <memory>
@@ -15,14 +16,16 @@ namespace orvalle::demo {
 /// The real server on a loop of its own, so that the test can talk to it over plain blocking sockets.
 class RunningServer {
  public:
-  RunningServer(const std::filesystem::path& page, PortRange ports) {
+  RunningServer(const std::filesystem::path& page, PortRange ports, PairingKeys keys = makeKeys(),
+                std::chrono::milliseconds idle = std::chrono::seconds(60)) {
     std::promise<unsigned> started;
     std::future<unsigned> port = started.get_future();
-    thread_ = std::thread([this, page, ports, &started] {
+    thread_ = std::thread([this, page, ports, keys, idle, &started] {
       GMainContext* context = g_main_context_new();
       g_main_context_push_thread_default(context);
       loop_ = g_main_loop_new(context, FALSE);
-      std::unique_ptr<Server> server = Server::start(Site(PageFolder(page)), ports);
+      std::unique_ptr<Server> server =
+          Server::start(Site(PageFolder(page), keys), ports, {keys.anonKey, idle});
       address_ = server ? server->address() : "";
       started.set_value(server ? server->port() : 0);
       if (server) g_main_loop_run(loop_);

@@ -206,6 +206,30 @@ TEST_F(ServerTest, aCodeSignsTheBrowserIn) {
   EXPECT_EQ(who.header("Cache-Control"), "no-store");
 }
 
+TEST_F(ServerTest, thePairingKeysAreForThePageItselfOnly) {
+  const PairingKeys keys{"eyJchiave", "0123"};
+  const RunningServer server(folder_.path() / "page", PortRange{0, 0}, keys);
+  const auto from = [&server](const std::string& site) {
+    return ask(server.port(), "GET", "/api/abbinamento",
+               site.empty() ? "" : "Sec-Fetch-Site: " + site + "\r\n");
+  };
+  for (const char* site : {"", "same-origin", "none"}) {
+    const Answer answer = from(site);
+    EXPECT_EQ(answer.status, 200) << site;
+    EXPECT_EQ(answer.body, R"({"anonKey":"eyJchiave","channelKey":"0123"})") << site;
+    EXPECT_EQ(answer.header("Content-Type"), "application/json") << site;
+    EXPECT_EQ(answer.header("Cache-Control"), "no-store") << site;
+    EXPECT_EQ(answer.header("Cross-Origin-Resource-Policy"), "same-origin") << site;
+    EXPECT_EQ(answer.header("Access-Control-Allow-Origin"), "") << site;
+  }
+  for (const char* site : {"cross-site", "same-site"}) {
+    const Answer answer = from(site);
+    EXPECT_EQ(answer.status, 403) << site;
+    EXPECT_EQ(answer.body.find("eyJ"), std::string::npos) << site;
+  }
+  EXPECT_EQ(ask(server.port(), "GET", "/api/abbinamento", "", "altrove.example").status, 421);
+}
+
 TEST_F(ServerTest, withoutACodeNobodyIsSignedIn) {
   for (const char* target :
        {"/api/mac/entra", "/api/mac/entra?codice=", "/api/mac/entra?altro=1", "/api/mac/entra?codice"}) {

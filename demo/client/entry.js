@@ -1,0 +1,1 @@
+export { RealtimeClient } from '@supabase/realtime-js';
