@@ -4,6 +4,7 @@ import { createAwayNotice } from './away.js';
 import { createDesktop } from './desktop.js';
 import { h, icon } from './dom.js';
 import { countdown, inMinutes } from './format.js';
+import { openLink } from './link.js';
 import { createRouter } from './router.js';
 import { lostScreen, screens } from './screens/index.js';
 import * as session from './session.js';
@@ -47,11 +48,16 @@ const actions = {
 
 const away = createAwayNotice(byId('avviso'), () => actions.stop());
 
-const desktop = createDesktop(window, {
+// What every desktop of the user may do, also over the live link.
+const sessionCommands = {
   stop: () => actions.stop(),
   plus5: () => actions.lengthen(),
   minus5: () => actions.shorten(),
   task: (id) => actions.toggleTask(id),
+};
+
+const desktop = createDesktop(window, {
+  ...sessionCommands,
   subito: (minutes) => {
     router.go('/');
     actions.startFocus(minutes);
@@ -60,6 +66,13 @@ const desktop = createDesktop(window, {
   inattivo: (seconds) => {
     if (store.state.session && Number(seconds) >= 60) away.show(Number(seconds));
   },
+});
+
+const link = openLink(window, {
+  loadClient: async () => (await import('/vendor/realtime.js')).RealtimeClient,
+  commands: sessionCommands,
+  snapshot: () => snapshot(),
+  onChange: () => screen?.update(store.state, now()),
 });
 
 // Navigation
@@ -82,7 +95,7 @@ function buildNavigation() {
 function showRoute(route) {
   const known = screens.find(({ path }) => path === route.path);
   const isFirst = screen === null;
-  screen = (known?.create ?? lostScreen)({ actions, desktop, route });
+  screen = (known?.create ?? lostScreen)({ actions, desktop, link, route });
   screen.update(store.state, now());
   byId('contenuto').replaceChildren(screen.element);
   byId('contenuto').scrollTop = 0;
@@ -101,9 +114,12 @@ let timer = 0;
 let postedAt = 0;
 let wasOver = false;
 
+const snapshot = () => session.snapshot(store.state, now(), location.origin);
+
 function post() {
   postedAt = now();
-  desktop.post(session.snapshot(store.state, postedAt, location.origin));
+  desktop.post(snapshot());
+  link.tell();
 }
 
 function showRunning(running) {

@@ -51,6 +51,8 @@ export function createClient(t, server, { vsn, key = kAnonKey, ...options } = {}
   const client = new RealtimeClient(`${server.url.replace(/^http/, 'ws')}/realtime/v1`, {
     params: { apikey: key },
     transport: WebSocket,
+    // How long its timers may hold up the end of the tests.
+    timeout: 5000,
     ...(vsn ? { vsn } : {}),
     ...options,
   });
@@ -59,7 +61,7 @@ export function createClient(t, server, { vsn, key = kAnonKey, ...options } = {}
 }
 
 /** Joins a channel; its broadcasts of the given events are collected in `heard`. */
-export function join_(
+export function joinChannel(
   client,
   { topic = `ov:${kChannelKey}`, events = ['state', 'cmd'], broadcast = {} } = {},
 ) {

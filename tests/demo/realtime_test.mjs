@@ -6,7 +6,7 @@ import { test } from 'node:test';
 import {
   createClient,
   eventually,
-  join_ as join,
+  joinChannel as join,
   kChannelKey,
   pause,
   startServer,

@@ -1,8 +1,9 @@
-// The settings: general ones, the desktop's keyboard shortcuts and the return from connecting a Google account.
+// The settings: general ones, pairing, the keyboard shortcuts and the return from connecting a Google account.
 
 import { h } from '../dom.js';
 import { kLongestMinutes } from '../session.js';
 import { shortcuts } from '../shortcuts.js';
+import { pairingSection } from './pairing.js';
 
 const kNotifications = { granted: 'Consentite', denied: 'Non consentite', default: 'Non ancora chieste' };
 
@@ -133,6 +134,7 @@ function google(outcome) {
 
 const sections = [
   { name: null, label: 'Generali', make: general },
+  { name: 'avvisi', label: 'Avvisi', make: pairingSection },
   { name: 'scorciatoie', label: 'Scorciatoie', make: () => ({ element: shortcutList() }) },
   { name: 'google', label: 'Google', make: ({ route }) => ({ element: google(route.query.get('esito')) }) },
 ];
