@@ -8,7 +8,8 @@ namespace {
 constexpr char kEndClass[] = "orvalle-controls";
 
 /// What lies beneath is the page's business and may be anything: the controls bring their own ground, in the
-/// theme's colours, which a page that follows the desktop's light or dark has too.
+/// theme's colours, which a page that follows the desktop's light or dark has too. Where the window has a
+/// plain border instead of a shadow the theme's draws two lines around a stripe: one line is enough.
 constexpr char kStyle[] = R"css(
 .orvalle-controls {
   margin: 5px 6px;
@@ -33,6 +34,10 @@ constexpr char kStyle[] = R"css(
 .orvalle-controls button:hover { background-color: alpha(@theme_fg_color, 0.12); }
 .orvalle-controls button:active, .orvalle-controls button:checked {
   background-color: alpha(@theme_fg_color, 0.22);
+}
+.solid-csd decoration, .solid-csd decoration:backdrop {
+  background-color: @theme_bg_color;
+  box-shadow: none;
 }
 )css";
 
