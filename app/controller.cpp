@@ -32,7 +32,7 @@ platform::WallTime::duration age(platform::WallTime now, platform::WallTime then
 }  // namespace
 
 Controller::Controller(const platform::Platform& platform, const link::WebAddress& address,
-                       const link::Config& config, Neighbours neighbours)
+                       const link::Config& config, const web::Services& services, Neighbours neighbours)
     : platform_(platform),
       config_(config),
       neighbours_(std::move(neighbours)),
@@ -40,7 +40,7 @@ Controller::Controller(const platform::Platform& platform, const link::WebAddres
       channel_(neighbours_.makeChannel ? neighbours_.makeChannel() : nullptr),
       overlay_(platform),
       pair_(neighbours_.makePairing ? neighbours_.makePairing() : nullptr),
-      finestra_(platform, address),
+      finestra_(platform, address, services),
       openItem_(makeItem("Apri Orvalle", "openApp", "o")),
       pairItem_(makeItem("Abbina…", "showPair")),
       stopItem_(makeItem("Ferma la sessione", "stop")),

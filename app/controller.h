@@ -23,7 +23,7 @@ class Controller : public platform::ApplicationDelegate {
  public:
   /// Makes everything, shows nothing. What is passed by reference must outlive this.
   Controller(const platform::Platform& platform, const link::WebAddress& address, const link::Config& config,
-             Neighbours neighbours);
+             const web::Services& services, Neighbours neighbours);
   Controller(const Controller&) = delete;
   Controller& operator=(const Controller&) = delete;
 

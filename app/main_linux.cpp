@@ -26,8 +26,11 @@ int main(int argc, char** argv) {
   const auto webSockets = native::makeWebSockets();
   const auto pasteboard = native::makePasteboard();
   const auto pairViews = native::makePairViews(application, *mainMenu);
+  const auto background = native::makeBackground(*loop);
+  const auto userFolders = native::makeUserFolders(*environment);
 
-  return orvalle::app::run({application, *clock, *loop, *environment, *defaults, *workspace, *haptics,
-                            *screen, *mainMenu, *statusBar, *panels, *webWindows, *alerts, *openPanel,
-                            *webSockets, *pasteboard, *pairViews});
+  return orvalle::app::run({application, *clock,      *loop,   *environment, *defaults,
+                            *workspace,  *haptics,    *screen, *mainMenu,    *statusBar,
+                            *panels,     *webWindows, *alerts, *openPanel,   *webSockets,
+                            *pasteboard, *pairViews,  *log,    *background,  *userFolders});
 }

@@ -8,18 +8,22 @@
 #include "link/pair_window.h"
 #include "link/realtime_channel.h"
 #include "link/web_address.h"
+#include "services/archivio.h"
+#include "web/services.h"
 
 namespace orvalle::app {
 
 int run(const platform::Platform& platform) {
   link::Config config(platform.defaults);
   const link::WebAddress address(platform.environment, platform.defaults, ORVALLE_DEFAULT_ADDRESS);
+  services::Archivio archivio(platform.userFolders, platform.background, platform.log);
+  const web::Services services{archivio};
   Neighbours neighbours;
   neighbours.makeChannel = [&] {
     return std::make_unique<link::RealtimeChannel>(config, platform.webSockets, platform.loop);
   };
   neighbours.makePairing = [&] { return std::make_unique<link::PairWindow>(platform, config); };
-  Controller controller(platform, address, config, std::move(neighbours));
+  Controller controller(platform, address, config, services, std::move(neighbours));
   return platform.application.run(controller);
 }
 

@@ -9,6 +9,7 @@
 
 #include "app/controller.h"
 #include "platform/memory/memory_platform.h"
+#include "tests/unit/web/memory_services.h"
 
 namespace {
 
@@ -45,7 +46,8 @@ int main(int argc, char** argv) {
   memory.environment.variables["ORVALLE_APP_URL"] = "http://localhost/";
   const link::Config config(platform.defaults);
   const link::WebAddress address(platform.environment, platform.defaults, "https://app.orvalle.example/");
-  app::Controller controller(platform, address, config, {});
+  const web::MemoryServices services(platform);
+  app::Controller controller(platform, address, config, services, {});
 
   const auto state = stateWithTasks(tasks);
   memory.application.session = [&](platform::ApplicationDelegate& delegate) {

@@ -2,6 +2,7 @@
 
 #include "platform/alerts.h"
 #include "platform/application.h"
+#include "platform/background.h"
 #include "platform/clock.h"
 #include "platform/defaults.h"
 #include "platform/environment.h"
@@ -15,6 +16,7 @@
 #include "platform/screen.h"
 #include "platform/status_item.h"
 #include "platform/system_log.h"
+#include "platform/user_folders.h"
 #include "platform/web_socket.h"
 #include "platform/web_window.h"
 #include "platform/workspace.h"
@@ -40,6 +42,9 @@ struct Platform {
   WebSockets& webSockets;
   Pasteboard& pasteboard;
   PairViews& pairViews;
+  SystemLog& log;
+  Background& background;
+  UserFolders& userFolders;
 };
 
 }  // namespace orvalle::platform

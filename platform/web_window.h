@@ -39,7 +39,7 @@ class WebWindowDelegate {
   /// error text.
   virtual void didFail(const std::string& description) = 0;
   /// The main frame's script posted a message to the handler `name`; `json` is its body as a JSON document.
-  virtual void didReceiveMessage(const std::string& name, const std::string& json) = 0;
+  virtual void didReceiveMessage(const std::string& name, std::string json) = 0;
 
   virtual void runAlert(const std::string& message, std::function<void()> done) = 0;
   virtual void runConfirm(const std::string& message, std::function<void(bool)> done) = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 
 namespace orvalle::platform {
@@ -11,6 +12,8 @@ class Workspace {
   /// Hands the address to the user's default handler for its scheme, never through a shell. Returns at once;
   /// a failure is silent.
   virtual void open(const std::string& url) = 0;
+  /// Shows the folder in the user's file manager. Nothing happens when it does not exist. Returns at once.
+  virtual void openFolder(const std::filesystem::path& folder) = 0;
 };
 
 }  // namespace orvalle::platform

@@ -16,8 +16,14 @@ constexpr char kCancel[] = "Annulla";
 
 }  // namespace
 
-Finestra::Finestra(const platform::Platform& platform, const link::WebAddress& address)
-    : platform_(platform), address_(address) {}
+Finestra::Finestra(const platform::Platform& platform, const link::WebAddress& address,
+                   const Services& services)
+    : platform_(platform),
+      address_(address),
+      services_(services),
+      inbox_(platform.background, [this](const base::Json& body, std::function<void()> next) {
+        handleMessage(body, std::move(next));
+      }) {}
 
 Finestra::~Finestra() = default;
 

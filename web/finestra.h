@@ -7,10 +7,13 @@
 #include <string>
 
 #include "base/json.h"
+#include "base/liveness.h"
 #include "link/snapshot.h"
 #include "link/web_address.h"
 #include "platform/platform.h"
+#include "web/inbox.h"
 #include "web/page_trust.h"
+#include "web/request.h"
 #include "web/striscia_trascinabile.h"
 
 namespace orvalle::web {
@@ -20,8 +23,8 @@ namespace orvalle::web {
 /// made on first use and live as long as this; closing the window only hides it.
 class Finestra : private platform::WebWindowDelegate {
  public:
-  /// `platform` and `address` must outlive this.
-  Finestra(const platform::Platform& platform, const link::WebAddress& address);
+  /// What is passed must outlive this, and so must what `services` refers to.
+  Finestra(const platform::Platform& platform, const link::WebAddress& address, const Services& services);
   Finestra(const Finestra&) = delete;
   Finestra& operator=(const Finestra&) = delete;
   ~Finestra() override;
@@ -48,25 +51,26 @@ class Finestra : private platform::WebWindowDelegate {
   void load(const base::Url& url);
   void bringToFront();
   void mostraErrore(const std::string& description);
-  void handleRequest(const std::string& tipo, const base::Json& body);
+  void handleMessage(const base::Json& body, std::function<void()> next);
   void pushSnapshot(const base::Json& body);
-  void tattile(const base::Json& body);
-  void apriFuori(const base::Json& body);
 
   platform::NavigationPolicy decidePolicy(const platform::NavigationAction& action) override;
   void didStart(const std::string& url) override;
   void didCommit(const std::string& url) override;
   void didFail(const std::string& description) override;
-  void didReceiveMessage(const std::string& name, const std::string& json) override;
+  void didReceiveMessage(const std::string& name, std::string json) override;
   void runAlert(const std::string& message, std::function<void()> done) override;
   void runConfirm(const std::string& message, std::function<void(bool)> done) override;
   void chooseFiles(bool multiple, std::function<void(std::optional<std::vector<std::string>>)> done) override;
 
   const platform::Platform& platform_;
   const link::WebAddress& address_;
+  const Services& services_;
   PageTrust trust_;
   std::unique_ptr<platform::WebWindow> window_;
   std::optional<StrisciaTrascinabile> strip_;
+  Inbox inbox_;
+  base::Liveness liveness_;
 };
 
 }  // namespace orvalle::web

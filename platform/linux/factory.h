@@ -73,6 +73,9 @@ std::unique_ptr<OpenPanel> makeOpenPanel(NativeApplication& application);
 /// Without a need of GTK.
 std::unique_ptr<WebSockets> makeWebSockets();
 std::unique_ptr<Pasteboard> makePasteboard();
+/// Without a need of GTK, these two. The folders are those of `user-dirs.dirs` and of the environment.
+std::unique_ptr<Background> makeBackground(MainLoop& loop);
+std::unique_ptr<UserFolders> makeUserFolders(const Environment& environment);
 std::unique_ptr<PairViews> makePairViews(NativeApplication& application, WindowMenu& menu);
 
 }  // namespace orvalle::platform::linuxos

@@ -39,7 +39,9 @@ class MemoryApplication : public Application, private ActionTarget {
 class MemoryWorkspace : public Workspace {
  public:
   void open(const std::string& url) override { opened.push_back(url); }
+  void openFolder(const std::filesystem::path& folder) override { folders.push_back(folder); }
   std::vector<std::string> opened;
+  std::vector<std::filesystem::path> folders;
 };
 
 class MemoryHaptics : public Haptics {
@@ -136,7 +138,7 @@ struct WebWindowState {
   /// The last load fails, once it has started: whatever was shown stays until the delegate shows something
   /// else.
   void fail(const std::string& description);
-  void post(const std::string& json) { delegate->didReceiveMessage(spec.messageHandler, json); }
+  void post(std::string json) { delegate->didReceiveMessage(spec.messageHandler, std::move(json)); }
   /// A press on the title strip.
   std::function<void(int clickCount)> pressStrip;
 

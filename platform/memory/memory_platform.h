@@ -2,6 +2,7 @@
 
 #include "platform/memory/memory_desktop.h"
 #include "platform/memory/memory_link.h"
+#include "platform/memory/memory_services.h"
 #include "platform/memory/memory_stores.h"
 #include "platform/memory/virtual_time.h"
 #include "platform/platform.h"
@@ -27,11 +28,39 @@ struct MemoryPlatform {
   MemoryWebSockets webSockets;
   MemoryPasteboard pasteboard;
   MemoryPairViews pairViews;
+  MemorySystemLog log;
+  MemoryBackground background{time};
+  MemoryUserFolders userFolders;
 
-  Platform platform() {
-    return {application, time,      time,       environment, defaults, workspace,
-            haptics,     screen,    mainMenu,   statusBar,   panels,   webWindows,
-            alerts,      openPanel, webSockets, pasteboard,  pairViews};
+  /// Parts of a test's own that stand in for ours.
+  struct Own {
+    Panels* panels = nullptr;
+    WebWindows* webWindows = nullptr;
+    Alerts* alerts = nullptr;
+    OpenPanel* openPanel = nullptr;
+  };
+  Platform platform() { return platform(Own()); }
+  Platform platform(const Own& own) {
+    return {application,
+            time,
+            time,
+            environment,
+            defaults,
+            workspace,
+            haptics,
+            screen,
+            mainMenu,
+            statusBar,
+            own.panels ? *own.panels : panels,
+            own.webWindows ? *own.webWindows : webWindows,
+            own.alerts ? *own.alerts : alerts,
+            own.openPanel ? *own.openPanel : openPanel,
+            webSockets,
+            pasteboard,
+            pairViews,
+            log,
+            background,
+            userFolders};
   }
 };
 

@@ -42,7 +42,7 @@ class WindowOwner : public platform::WebWindowDelegate {
     tell("fail");
     descriptions.push_back(description);
   }
-  void didReceiveMessage(const std::string& name, const std::string& json) override {
+  void didReceiveMessage(const std::string& name, std::string json) override {
     tell("message " + name + " " + json);
   }
   void runAlert(const std::string& message, std::function<void()> done) override {

@@ -33,7 +33,7 @@ void ControllerFixture::pairUp() {
 
 void ControllerFixture::make() {
   controller.reset();
-  controller = std::make_unique<Controller>(platform, address, config, neighbours);
+  controller = std::make_unique<Controller>(platform, address, config, services, neighbours);
 }
 
 void ControllerFixture::launch() {

@@ -13,6 +13,7 @@
 #include "link/config.h"
 #include "link/web_address.h"
 #include "platform/memory/memory_platform.h"
+#include "tests/unit/web/memory_services.h"
 
 namespace orvalle::app {
 
@@ -104,6 +105,7 @@ class ControllerFixture : public ::testing::Test {
   platform::Platform platform = system.platform();
   link::WebAddress address{system.environment, system.defaults, "https://default.example/"};
   link::Config config{system.defaults};
+  web::MemoryServices services{platform};
   ChannelRecord channel;
   FakePairing* pairing = nullptr;
   double idleSeconds = 0;

@@ -76,11 +76,7 @@ class WatchedWebWindows : public platform::memory::MemoryWebWindows {
 
 TEST_F(ControllerLaunchTest, hasMenuAndCallbacksReadyBeforeTheWindowOpensAndRendersAfterwards) {
   WatchedWebWindows windows(system.journal);
-  const platform::Platform watched{
-      system.application, system.time,     system.time,   system.environment, system.defaults,
-      system.workspace,   system.haptics,  system.screen, system.mainMenu,    system.statusBar,
-      system.panels,      windows,         system.alerts, system.openPanel,   system.webSockets,
-      system.pasteboard,  system.pairViews};
+  const auto watched = system.platform({.webWindows = &windows});
   int seen = 0;
   windows.onMake = [&] {
     ++seen;
@@ -92,7 +88,7 @@ TEST_F(ControllerLaunchTest, hasMenuAndCallbacksReadyBeforeTheWindowOpensAndRend
     EXPECT_EQ(statusLine(), "");
     EXPECT_EQ(system.statusBar.state.faceChanges, 0);
   };
-  controller = std::make_unique<Controller>(watched, address, config, neighbours);
+  controller = std::make_unique<Controller>(watched, address, config, services, neighbours);
   controller->applicationDidFinishLaunching();
   EXPECT_EQ(seen, 1);
   EXPECT_EQ(face().title, " Orvalle");

@@ -11,6 +11,7 @@
 #include "app/controller.h"
 #include "link/config.h"
 #include "platform/memory/memory_platform.h"
+#include "tests/unit/web/memory_services.h"
 
 namespace orvalle::app {
 namespace {
@@ -122,7 +123,7 @@ class MenusInUseTest : public ::testing::Test {
     Neighbours neighbours;
     neighbours.makePairing = [] { return std::make_unique<NoPairing>(); };
     neighbours.controllaAggiornamenti = [] {};
-    controller = std::make_unique<Controller>(platform, address, config, neighbours);
+    controller = std::make_unique<Controller>(platform, address, config, services, neighbours);
     menus = buildMainMenus(*controller);
   }
 
@@ -130,6 +131,7 @@ class MenusInUseTest : public ::testing::Test {
   platform::Platform platform = system.platform();
   link::WebAddress address{system.environment, system.defaults, "https://default.example/"};
   link::Config config{system.defaults};
+  web::MemoryServices services{platform};
   std::unique_ptr<Controller> controller;
   MainMenus menus;
 };

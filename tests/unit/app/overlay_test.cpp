@@ -157,12 +157,7 @@ class LatePanels : public platform::Panels {
 
 TEST_F(OverlayTest, doesNothingForAMoveThatComesAfterItsEnd) {
   LatePanels panels;
-  const platform::Platform late{system.application, system.time,      system.time,
-                                system.environment, system.defaults,  system.workspace,
-                                system.haptics,     system.screen,    system.mainMenu,
-                                system.statusBar,   panels,           system.webWindows,
-                                system.alerts,      system.openPanel, system.webSockets,
-                                system.pasteboard,  system.pairViews};
+  const auto late = system.platform({.panels = &panels});
   std::make_unique<Overlay>(late).reset();
   ASSERT_TRUE(panels.kept);
   panels.kept();

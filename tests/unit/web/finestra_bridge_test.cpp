@@ -235,7 +235,7 @@ TEST_F(FinestraBridgeTest, servesNobodyBeforeThePageIsThere) {
   other.environment.variables["ORVALLE_APP_URL"] = "https://app.example/";
   const auto otherPlatform = other.platform();
   const link::WebAddress otherAddress(other.environment, other.defaults, "https://default.example/");
-  Finestra early(otherPlatform, otherAddress);
+  Finestra early(otherPlatform, otherAddress, services);
   early.mostra();
   other.webWindows.made.at(0)->post(R"({"tipo":"tattile"})");
   EXPECT_TRUE(other.haptics.performed.empty());

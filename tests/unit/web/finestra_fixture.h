@@ -8,6 +8,7 @@
 
 #include "link/web_address.h"
 #include "platform/memory/memory_platform.h"
+#include "tests/unit/web/memory_services.h"
 #include "web/finestra.h"
 
 namespace orvalle::web {
@@ -33,7 +34,8 @@ class FinestraFixture : public ::testing::Test {
   platform::memory::MemoryPlatform system;
   platform::Platform platform = system.platform();
   link::WebAddress address{system.environment, system.defaults, "https://default.example/"};
-  std::unique_ptr<Finestra> finestra = std::make_unique<Finestra>(platform, address);
+  MemoryServices services{platform};
+  std::unique_ptr<Finestra> finestra = std::make_unique<Finestra>(platform, address, services);
 };
 
 using Texts = std::vector<std::string>;

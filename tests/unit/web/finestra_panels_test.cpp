@@ -41,7 +41,7 @@ class JournaledOpenPanel : public Journaled<platform::memory::MemoryOpenPanel> {
 class FinestraPanelsTest : public FinestraFixture {
  protected:
   FinestraPanelsTest() {
-    finestra = std::make_unique<Finestra>(asking, address);
+    finestra = std::make_unique<Finestra>(asking, address, services);
     showPage();
     system.journal.clear();
   }
@@ -49,11 +49,7 @@ class FinestraPanelsTest : public FinestraFixture {
 
   JournaledAlerts alerts{system.journal};
   JournaledOpenPanel openPanel{system.journal};
-  platform::Platform asking{
-      system.application, system.time,       system.time,   system.environment, system.defaults,
-      system.workspace,   system.haptics,    system.screen, system.mainMenu,    system.statusBar,
-      system.panels,      system.webWindows, alerts,        openPanel,          system.webSockets,
-      system.pasteboard,  system.pairViews};
+  platform::Platform asking = system.platform({.alerts = &alerts, .openPanel = &openPanel});
 };
 
 TEST_F(FinestraPanelsTest, showThePagesAlertWithOneButton) {

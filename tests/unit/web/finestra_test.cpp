@@ -70,7 +70,7 @@ TEST_F(FinestraTest, centresTheWindowOnlyWithoutASavedFrame) {
   EXPECT_TRUE(window().centred);
 
   system.defaults.set(kFrameKey, "10 20 1180 820 0 0 1440 875");
-  finestra = std::make_unique<Finestra>(platform, address);
+  finestra = std::make_unique<Finestra>(platform, address, services);
   finestra->mostra();
   EXPECT_FALSE(system.webWindows.made.at(1)->centred);
 }

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "platform/platform.h"
+#include "web/services.h"
+
+namespace orvalle::web {
+
+/// The desktop services on the platform that a test runs on.
+class MemoryServices {
+ public:
+  explicit MemoryServices(const platform::Platform& platform)
+      : archivio(platform.userFolders, platform.background, platform.log) {}
+  operator const Services&() const { return all_; }
+
+  services::Archivio archivio;
+
+ private:
+  Services all_{archivio};
+};
+
+}  // namespace orvalle::web

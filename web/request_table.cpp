@@ -1,0 +1,48 @@
+#include "web/request_table.h"
+
+#include "base/url.h"
+#include "web/request.h"
+
+namespace orvalle::web {
+namespace {
+
+void tattile(Request& request) {
+  const bool touch = request.text("che") == "tocco";
+  request.platform().haptics.perform(touch ? platform::HapticPattern::Alignment
+                                           : platform::HapticPattern::LevelChange);
+}
+
+void apriFuori(Request& request) {
+  const auto text = request.optionalText("url");
+  const auto url = text ? base::Url::parse(*text) : std::nullopt;
+  // Only pages of the web application itself: this is no general way out to any address.
+  if (url && url->scheme() == "https" && url->host() == request.address().indirizzo().host())
+    request.platform().workspace.open(url->text());
+}
+
+void backup(Request& request) {
+  const auto answer = request.answerInTurn();
+  request.services().archivio.scrivi(
+      request.text("nome"), request.text("contenuto"),
+      [answer](const std::optional<std::string>& path) { answer(path.value_or("")); });
+}
+
+constexpr RequestRow kTable[] = {
+    {"tattile", tattile},
+    {"apri-fuori", apriFuori},
+    {"backup", backup},
+    {"backup-ultimo", [](Request& request) { request.answer(request.services().archivio.ultimo()); }},
+    {"backup-elenco", [](Request& request) { request.answer(request.services().archivio.elencoJSON()); }},
+    {"apri-backup",
+     [](Request& request) {
+       request.platform().workspace.openFolder(request.services().archivio.cartella());
+     }},
+};
+
+}  // namespace
+
+std::span<const RequestRow> requestTable() {
+  return kTable;
+}
+
+}  // namespace orvalle::web
