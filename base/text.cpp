@@ -24,6 +24,15 @@ CodePoint firstCodePoint(std::string_view text) {
   return first;
 }
 
+/// The code point at the end of a text that is not empty; length 0 when there is none.
+CodePoint lastCodePoint(std::string_view text) {
+  constexpr std::size_t kLongest = 4;
+  std::size_t length = 1;
+  while (length < kLongest && length < text.size() && (text[text.size() - length] & 0xC0) == 0x80) ++length;
+  const auto last = firstCodePoint(text.substr(text.size() - length));
+  return last.length == length ? last : CodePoint();
+}
+
 bool isWhiteSpace(utf8proc_int32_t codePoint) {
   if ((codePoint >= 0x09 && codePoint <= 0x0D) || codePoint == 0x85) return true;
   const auto category = utf8proc_category(codePoint);
@@ -42,43 +51,38 @@ bool isValidUtf8(std::string_view text) {
   return true;
 }
 
-std::vector<std::string_view> characters(std::string_view text) {
-  std::vector<std::string_view> found;
+std::string_view firstCharacter(std::string_view text) {
+  if (text.empty()) return text;
+  // Between two ASCII characters there is always a boundary, but for CR LF: no need to ask the tables.
+  const auto isAscii = [](char byte) { return static_cast<unsigned char>(byte) < 0x80; };
+  if (isAscii(text[0]) && (text.size() == 1 || (isAscii(text[1]) && text[0] != '\r')))
+    return text.substr(0, 1);
+
+  auto previous = firstCodePoint(text);
+  if (!previous.length) return text.substr(0, 1);
+  std::size_t length = previous.length;
   utf8proc_int32_t state = 0;
-  CodePoint previous;
-  while (!text.empty()) {
-    const auto next = firstCodePoint(text);
-    const auto length = next.length ? next.length : 1;
-    const bool joins = previous.length && next.length &&
-                       !utf8proc_grapheme_break_stateful(previous.value, next.value, &state);
-    if (joins) {
-      found.back() = {found.back().data(), found.back().size() + length};
-    } else {
-      found.push_back(text.substr(0, length));
-      if (!next.length) state = 0;
-    }
+  while (length < text.size()) {
+    const auto next = firstCodePoint(text.substr(length));
+    if (!next.length || utf8proc_grapheme_break_stateful(previous.value, next.value, &state)) break;
+    length += next.length;
     previous = next;
-    text.remove_prefix(length);
   }
-  return found;
+  return text.substr(0, length);
 }
 
 std::string_view trimmed(std::string_view text) {
-  std::size_t end = 0;
-  bool leading = true;
-  for (auto rest = text; !rest.empty();) {
-    const auto first = firstCodePoint(rest);
-    const auto length = first.length ? first.length : 1;
-    const bool space = first.length && isWhiteSpace(first.value);
-    if (space && leading) {
-      text.remove_prefix(length);
-    } else {
-      leading = false;
-      end = space ? end : text.size() - rest.size() + length;
-    }
-    rest.remove_prefix(length);
+  while (!text.empty()) {
+    const auto first = firstCodePoint(text);
+    if (!first.length || !isWhiteSpace(first.value)) break;
+    text.remove_prefix(first.length);
   }
-  return text.substr(0, end);
+  while (!text.empty()) {
+    const auto last = lastCodePoint(text);
+    if (!last.length || !isWhiteSpace(last.value)) break;
+    text.remove_suffix(last.length);
+  }
+  return text;
 }
 
 std::string onOneLine(std::string_view text) {

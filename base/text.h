@@ -2,7 +2,6 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace orvalle::base {
 
@@ -13,9 +12,10 @@ bool isValidUtf8(std::string_view text);
 /// one blank.
 std::string onOneLine(std::string_view text);
 
-/// The text's characters as a reader counts them (extended grapheme clusters), as views into it: CR LF is
-/// one, a letter with its combining marks is one. A byte that is not UTF-8 stands for itself.
-std::vector<std::string_view> characters(std::string_view text);
+/// The text's first character as a reader counts them (extended grapheme clusters), as a view into it: CR LF
+/// is one, a letter with its combining marks is one. A byte that is not UTF-8 stands for itself. Empty for an
+/// empty text.
+std::string_view firstCharacter(std::string_view text);
 
 /// The text without Unicode white space and line breaks at its ends, as a view into it.
 std::string_view trimmed(std::string_view text);

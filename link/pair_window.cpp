@@ -1,14 +1,11 @@
 #include "link/pair_window.h"
 
 #include <algorithm>
-#include <vector>
 
 #include "base/text.h"
 
 namespace orvalle::link {
 namespace {
-
-using Characters = std::vector<std::string_view>;
 
 enum Field : std::size_t { kUrlField, kAnonField, kKeyField };
 enum Button : std::size_t { kPasteButton, kSaveButton };
@@ -16,7 +13,60 @@ enum Button : std::size_t { kPasteButton, kSaveButton };
 constexpr std::size_t kShortestAnonKey = 61;
 constexpr std::size_t kChannelKeyLength = 32;
 
-platform::PairViewSpec windowSpec() {
+/// Whole characters are compared: one with a combining mark is neither a separator nor a digit.
+bool isSeparator(std::string_view character) {
+  return character.size() == 1 && std::string_view(" \n\r\t\"',;=").find(character) != std::string_view::npos;
+}
+
+bool isHexDigit(std::string_view character) {
+  return character.size() == 1 &&
+         std::string_view("0123456789abcdefABCDEF").find(character) != std::string_view::npos;
+}
+
+/// Takes the first character off the text; empty when there is none left.
+std::string_view take(std::string_view& text) {
+  const auto character = base::firstCharacter(text);
+  text.remove_prefix(character.size());
+  return character;
+}
+
+bool beginsWith(std::string_view text, std::string_view prefix) {
+  return std::all_of(prefix.begin(), prefix.end(),
+                     [&](const char& wanted) { return take(text) == std::string_view(&wanted, 1); });
+}
+
+bool hasAtLeast(std::size_t count, std::string_view text) {
+  while (count > 0 && !take(text).empty()) --count;
+  return count == 0;
+}
+
+std::string_view lastCharacter(std::string_view text) {
+  std::string_view last;
+  while (!text.empty()) last = take(text);
+  return last;
+}
+
+bool isChannelKey(std::string_view text) {
+  for (std::size_t i = 0; i < kChannelKeyLength; ++i) {
+    if (!isHexDigit(take(text))) return false;
+  }
+  return text.empty();
+}
+
+void place(std::string_view token, PairValues& values) {
+  if (!values.url && (beginsWith(token, "http://") || beginsWith(token, "https://"))) {
+    if (lastCharacter(token) == "/") token.remove_suffix(1);
+    values.url = token;
+  } else if (!values.anonKey && beginsWith(token, "eyJ") && hasAtLeast(kShortestAnonKey, token)) {
+    values.anonKey = token;
+  } else if (!values.channelKey && isChannelKey(token)) {
+    values.channelKey = token;
+  }
+}
+
+}  // namespace
+
+platform::PairViewSpec pairWindowSpec() {
   platform::PairViewSpec spec;
   spec.title = "Abbina Orvalle";
   spec.contentSize = {460, 265};
@@ -32,38 +82,6 @@ platform::PairViewSpec windowSpec() {
   return spec;
 }
 
-/// Whole characters are compared: one with a combining mark is neither a separator nor a digit.
-bool isSeparator(std::string_view character) {
-  return character.size() == 1 && std::string_view(" \n\r\t\"',;=").find(character) != std::string_view::npos;
-}
-
-bool isHexDigit(std::string_view character) {
-  return character.size() == 1 &&
-         std::string_view("0123456789abcdefABCDEF").find(character) != std::string_view::npos;
-}
-
-bool beginsWith(const Characters& token, std::string_view prefix) {
-  return token.size() >= prefix.size() &&
-         std::equal(prefix.begin(), prefix.end(), token.begin(), [](char wanted, std::string_view character) {
-           return character == std::string_view(&wanted, 1);
-         });
-}
-
-void place(std::string_view text, PairValues& values) {
-  const auto token = base::characters(text);
-  if (!values.url && (beginsWith(token, "http://") || beginsWith(token, "https://"))) {
-    if (token.back() == "/") text.remove_suffix(1);
-    values.url = text;
-  } else if (!values.anonKey && beginsWith(token, "eyJ") && token.size() >= kShortestAnonKey) {
-    values.anonKey = text;
-  } else if (!values.channelKey && token.size() == kChannelKeyLength &&
-             std::all_of(token.begin(), token.end(), isHexDigit)) {
-    values.channelKey = text;
-  }
-}
-
-}  // namespace
-
 PairValues parse(std::string_view text) {
   PairValues values;
   const auto finish = [&](const char* begin, const char* end) {
@@ -71,12 +89,13 @@ PairValues parse(std::string_view text) {
     if (!token.empty()) place(token, values);
   };
   const char* begin = text.data();
-  for (const auto character : base::characters(text)) {
+  while (!text.empty()) {
+    const auto character = take(text);
     if (!isSeparator(character)) continue;
     finish(begin, character.data());
-    begin = character.data() + character.size();
+    begin = text.data();
   }
-  finish(begin, text.data() + text.size());
+  finish(begin, text.data());
   return values;
 }
 
@@ -94,7 +113,7 @@ void PairWindow::show() {
 }
 
 void PairWindow::build() {
-  view_ = platform_.pairViews.make(windowSpec());
+  view_ = platform_.pairViews.make(pairWindowSpec());
   view_->onButton = liveness_.guard([this](std::size_t button) {
     if (button == kPasteButton) pasteAll();
     if (button == kSaveButton) save();

@@ -8,6 +8,7 @@
 #include "base/liveness.h"
 #include "link/config.h"
 #include "link/pairing.h"
+#include "platform/pair_view.h"
 #include "platform/platform.h"
 
 namespace orvalle::link {
@@ -22,6 +23,10 @@ struct PairValues {
 /// Finds the three pairing values in a text of any shape: separated by blanks, line feeds, tabs, quotes,
 /// commas, semicolons or equals signs, in any order, the first of each kind.
 PairValues parse(std::string_view text);
+
+/// What the pairing window holds, and where: URL, anon key and channel key, then the buttons that paste and
+/// save.
+platform::PairViewSpec pairWindowSpec();
 
 /// The window "Abbina Orvalle": three fields to type or paste the pairing values into. It checks nothing;
 /// whether the link comes up is for the channel to tell.

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "link/pair_window.h"
 #include "platform/linux/factory.h"
 #include "platform/linux/glib_ptr.h"
 #include "platform/memory/memory_link.h"
@@ -16,27 +17,10 @@
 
 namespace orvalle::contract {
 
-/// A small window with everything there can be in one.
-inline platform::PairViewSpec pairSpec() {
-  platform::PairViewSpec spec;
-  spec.title = "Abbina Orvalle";
-  spec.contentSize = {460, 265};
-  spec.labels = {{{{20, 202}, {420, 16}}, "URL del progetto Supabase"},
-                 {{{20, 147}, {420, 16}}, "Chiave anon (pubblica)"},
-                 {{{20, 92}, {420, 16}}, "Chiave del canale"}};
-  spec.fields = {{{{20, 180}, {420, 22}}, "https://progetto.supabase.co"},
-                 {{{20, 125}, {420, 22}}, "eyJhbGciOi…"},
-                 {{{20, 70}, {420, 22}}, "32 caratteri da Impostazioni → Avvisi"}};
-  spec.messageFrame = {{20, 48}, {420, 16}};
-  spec.buttons = {{{{20, 18}, {120, 30}}, "Incolla tutto", false},
-                  {{{300, 18}, {140, 30}}, "Salva e connetti", true}};
-  return spec;
-}
-
 /// The twin and the user in front of it.
 class MemoryPairRig {
  public:
-  std::unique_ptr<platform::PairView> make() { return views_.make(pairSpec()); }
+  std::unique_ptr<platform::PairView> make() { return views_.make(link::pairWindowSpec()); }
   void settle() {}
   bool visible() { return state().visible; }
   std::string message() { return state().message; }
@@ -51,7 +35,7 @@ class MemoryPairRig {
 /// The native window and the user in front of it.
 class NativePairRig {
  public:
-  std::unique_ptr<platform::PairView> make() { return views_->make(pairSpec()); }
+  std::unique_ptr<platform::PairView> make() { return views_->make(link::pairWindowSpec()); }
   void settle() { runFor(std::chrono::milliseconds(100)); }
   bool visible() { return gtk_widget_get_mapped(GTK_WIDGET(window())); }
   std::string message() { return gtk_label_get_text(GTK_LABEL(all(GTK_TYPE_LABEL).at(3))); }

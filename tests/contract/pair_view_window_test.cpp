@@ -37,23 +37,7 @@ class PairViewWindow : public ::testing::Test {
   GtkWidget* label(std::size_t index) { return rig.all(GTK_TYPE_LABEL).at(index); }
   GtkWidget* focus() { return gtk_window_get_focus(rig.window()); }
 
-  /// Presses a key as the window system would tell of it.
-  void press(guint key, guint modifiers = 0) {
-    GdkWindow* surface = gtk_widget_get_window(GTK_WIDGET(rig.window()));
-    GdkDisplay* display = gdk_window_get_display(surface);
-    GdkEvent* event = gdk_event_new(GDK_KEY_PRESS);
-    event->key.window = GDK_WINDOW(g_object_ref(surface));
-    event->key.keyval = key;
-    event->key.state = modifiers;
-    GdkKeymapKey* codes = nullptr;
-    int count = 0;
-    if (gdk_keymap_get_entries_for_keyval(gdk_keymap_get_for_display(display), key, &codes, &count))
-      event->key.hardware_keycode = static_cast<guint16>(codes[0].keycode);
-    g_free(codes);
-    gdk_event_set_device(event, gdk_seat_get_keyboard(gdk_display_get_default_seat(display)));
-    gtk_main_do_event(event);
-    gdk_event_free(event);
-  }
+  void press(guint key, guint modifiers = 0) { pressKey(rig.window(), key, modifiers); }
 
   /// The buttons that a key presses, for which GTK takes its time: they are seen to go down.
   std::vector<std::size_t> pressedBy(guint key) {
@@ -87,7 +71,7 @@ TEST_F(PairViewWindow, isLaidOutAsGiven) {
   gtk_window_get_size(rig.window(), &width, &height);
   EXPECT_EQ(width, 460);
   EXPECT_EQ(height, 265);
-  const auto spec = pairSpec();
+  const auto spec = link::pairWindowSpec();
   const auto expectFrame = [&](GtkWidget* widget, const base::Rect& frame) {
     GtkAllocation place;
     gtk_widget_get_allocation(widget, &place);
@@ -307,7 +291,7 @@ TEST_F(PairViewWindow, tellsAScreenReaderWhatIsWhat) {
   EXPECT_STREQ(atk_object_get_name(gtk_widget_get_accessible(GTK_WIDGET(rig.window()))), "Abbina Orvalle");
   for (std::size_t i = 0; i < 3; ++i) {
     AtkObject* accessible = gtk_widget_get_accessible(field(i));
-    EXPECT_EQ(atk_object_get_name(accessible), pairSpec().labels[i].text);
+    EXPECT_EQ(atk_object_get_name(accessible), link::pairWindowSpec().labels[i].text);
     EXPECT_EQ(atk_object_get_role(accessible), ATK_ROLE_TEXT);
     const auto relations = GObjectPtr<AtkRelationSet>::adopt(atk_object_ref_relation_set(accessible));
     AtkRelation* relation = atk_relation_set_get_relation_by_type(relations.get(), ATK_RELATION_LABELLED_BY);
@@ -317,7 +301,8 @@ TEST_F(PairViewWindow, tellsAScreenReaderWhatIsWhat) {
     EXPECT_EQ(targets->pdata[0], gtk_widget_get_accessible(label(i)));
   }
   for (std::size_t i = 0; i < 2; ++i)
-    EXPECT_EQ(atk_object_get_name(gtk_widget_get_accessible(button(i))), pairSpec().buttons[i].title);
+    EXPECT_EQ(atk_object_get_name(gtk_widget_get_accessible(button(i))),
+              link::pairWindowSpec().buttons[i].title);
 }
 
 TEST_F(PairViewWindow, announcesTheMessage) {

@@ -25,7 +25,8 @@ class Accessibility:
         return json.loads(result.stdout)
 
     def objects(self):
-        """All showing objects, in reading order, each a dict: role, name, text, states, box, depth."""
+        """All showing objects, in reading order, each a dict: role, name, text, labels (the names of what labels
+        it), states, box, depth."""
         return self._ask("list")
 
     def texts(self):

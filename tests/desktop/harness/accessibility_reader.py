@@ -42,7 +42,10 @@ def described(accessible, depth):
     if accessible.get_component_iface():
         extents = Atspi.Component.get_extents(accessible, Atspi.CoordType.SCREEN)
         box = [extents.x, extents.y, extents.width, extents.height]
-    return {"role": accessible.get_role_name(), "name": accessible.get_name() or "", "text": text or "",
+    labels = [relation.get_target(index).get_name() for relation in accessible.get_relation_set()
+              if relation.get_relation_type() == Atspi.RelationType.LABELLED_BY
+              for index in range(relation.get_n_targets())]
+    return {"role": accessible.get_role_name(), "name": accessible.get_name() or "", "text": text or "", "labels": labels,
             "states": [name for name in STATES if states.contains(getattr(Atspi.StateType, name))],
             "box": box, "depth": depth}
 

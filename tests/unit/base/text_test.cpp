@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -73,8 +74,18 @@ TEST_F(TextTest, turnsEachLineBreakIntoOneBlank) {
   }
 }
 
+using Characters = std::vector<std::string_view>;
+
+Characters characters(std::string_view text) {
+  Characters found;
+  for (; !text.empty(); text.remove_prefix(found.back().size())) {
+    found.push_back(firstCharacter(text));
+    if (found.back().empty()) throw std::runtime_error("no character");
+  }
+  return found;
+}
+
 TEST_F(TextTest, countsCharactersAsAReaderDoes) {
-  using Characters = std::vector<std::string_view>;
   struct Row {
     std::string_view text;
     Characters characters;
@@ -94,6 +105,7 @@ TEST_F(TextTest, countsCharactersAsAReaderDoes) {
     EXPECT_EQ(characters(row.text), row.characters) << ::testing::PrintToString(std::string(row.text));
   }
   EXPECT_EQ(characters("a\0b"sv), (Characters{"a", "\0"sv, "b"}));
+  EXPECT_EQ(firstCharacter(""), "");
 }
 
 TEST_F(TextTest, takesWhiteSpaceFromBothEnds) {
@@ -114,6 +126,8 @@ TEST_F(TextTest, takesWhiteSpaceFromBothEnds) {
            Row{"\u200Ba\u200B", "\u200Ba\u200B"},
            Row{"\uFEFFa", "\uFEFFa"},
            Row{" \xFF ", "\xFF"},
+           Row{" \x85\x80\x80\x80\x80 ", "\x85\x80\x80\x80\x80"},
+           Row{"\xC2\xA0\xC2", "\xC2"},
        }) {
     EXPECT_EQ(trimmed(row.text), row.rest) << ::testing::PrintToString(std::string(row.text));
   }

@@ -91,6 +91,50 @@ TEST(ParseTest, aSeparatorWithACombiningMarkSeparatesNothing) {
   EXPECT_FALSE(parse("x,\xCC\x81" + kKey).channelKey);
 }
 
+TEST(ParseTest, aMarkMakesAnotherCharacter) {
+  EXPECT_FALSE(parse("http:/\xCC\x81/p.example").url);
+  EXPECT_FALSE(parse("https://\xCC\x81p.example").url);
+  EXPECT_EQ(parse("https://p.example/\xEF\xB8\x8F").url, "https://p.example/\xEF\xB8\x8F");
+  EXPECT_FALSE(parse("eyJ\xCC\x81" + std::string(70, 'a')).anonKey);
+  EXPECT_FALSE(parse(kKey + "\xE2\x80\x8D").channelKey);
+  // Sixty-one code points, sixty characters.
+  EXPECT_FALSE(parse("eyJ" + std::string(57, 'a') + "\xCC\x81").anonKey);
+  for (const std::string mark : {"\xCC\x81", "\xEF\xB8\x8F", "\xE2\x80\x8D"}) {
+    for (const std::string separator : {" ", "\"", "'", ",", ";", "="})
+      EXPECT_FALSE(parse("x" + separator + mark + kKey).channelKey);
+    // Nothing joins a line break or a tab.
+    for (const std::string separator : {"\n", "\r", "\t"})
+      EXPECT_EQ(parse(kUrl + separator + mark + " " + kKey).url, kUrl);
+  }
+}
+
+TEST(ParseTest, joinsWhatAPrependedMarkJoins) {
+  // An Arabic number sign takes what follows into its own character.
+  EXPECT_FALSE(parse("x\xD8\x80 " + kKey).channelKey);
+  EXPECT_EQ(parse(kUrl + "\xD8\x80/").url, kUrl + "\xD8\x80/");
+}
+
+TEST(ParseTest, anAddressIsConsideredForTheOtherRulesOnceThereIsOne) {
+  const auto found = parse(kUrl + " https://b.example " + kKey);
+  EXPECT_EQ(found.url, kUrl);
+  EXPECT_FALSE(found.anonKey);
+  EXPECT_EQ(found.channelKey, kKey);
+}
+
+TEST(ParseTest, findsTheValuesBehindTenMegabytes) {
+  const std::string flood = std::string(5'000'000, 'x') + std::string(5'000'000, ' ');
+  const auto found = parse(flood + kUrl + "\n" + kAnon + "\n" + kKey);
+  EXPECT_EQ(found.url, kUrl);
+  EXPECT_EQ(found.anonKey, kAnon);
+  EXPECT_EQ(found.channelKey, kKey);
+}
+
+TEST(ParseTest, takesBytesThatAreNoTextForThemselves) {
+  EXPECT_EQ(parse("\xFF\xFE \xC3=" + kKey + "\n\xE2\x80").channelKey, kKey);
+  EXPECT_FALSE(parse(kKey.substr(1) + "\xFF").channelKey);
+  EXPECT_EQ(parse(std::string("\0 ", 2) + kKey + std::string(" \0", 2)).channelKey, kKey);
+}
+
 class PairWindowTest : public testing::Test {
  protected:
   platform::memory::PairViewState& view() { return *memory_.pairViews.made.at(0); }

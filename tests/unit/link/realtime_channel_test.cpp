@@ -1,72 +1,11 @@
-#include "link/realtime_channel.h"
-
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
-#include "base/json.h"
-#include "platform/memory/memory_link.h"
-#include "platform/memory/memory_stores.h"
-#include "platform/memory/virtual_time.h"
+#include "tests/unit/link/realtime_channel_fixture.h"
 
 namespace orvalle::link {
 namespace {
 
 using namespace std::chrono_literals;
-using base::Json;
 using base::jsonMember;
 using base::jsonText;
-using platform::memory::WebSocketState;
-
-constexpr char kState[] =
-    R"({"topic":"realtime:ov:K","event":"broadcast","ref":null,"payload":{"type":"broadcast","event":"state","payload":
-       {"running":true,"isBreak":false,"elapsedMin":5,"remainingMin":20,"plannedMin":25,"projectTitle":"P","tasks":[]}}})";
-constexpr char kReply[] =
-    R"({"topic":"realtime:ov:K","event":"phx_reply","payload":{"status":"ok","response":{}},"ref":"1"})";
-constexpr char kErrorReply[] =
-    R"({"topic":"realtime:ov:K","event":"phx_reply","payload":{"status":"error","response":{"reason":"no"}},"ref":"1"})";
-
-class RealtimeChannelTest : public testing::Test {
- protected:
-  RealtimeChannelTest() { make(); }
-
-  void make() {
-    channel_ = std::make_unique<RealtimeChannel>(config_, sockets_, time_);
-    channel_->onState = [this](const Snapshot& snapshot) { states_.push_back(snapshot); };
-    channel_->onConnection = [this](bool connected) { connections_.push_back(connected); };
-  }
-
-  void pair() {
-    config_.setUrl("https://p.example");
-    config_.setAnonKey("anon");
-    config_.setChannelKey("K");
-  }
-
-  /// A paired channel whose first connection is open.
-  WebSocketState& open() {
-    pair();
-    channel_->connect();
-    last().accept();
-    return last();
-  }
-
-  WebSocketState& last() { return *sockets_.all.back(); }
-
-  static Json frame(const std::string& text) { return base::parseJson(text).value(); }
-  static std::string ref(const std::string& text) {
-    const auto parsed = frame(text);
-    return jsonText(jsonMember(parsed, "ref")).value();
-  }
-
-  platform::memory::VirtualTime time_;
-  platform::memory::MemoryDefaults defaults_;
-  Config config_{defaults_};
-  platform::memory::MemoryWebSockets sockets_;
-  std::unique_ptr<RealtimeChannel> channel_;
-  std::vector<Snapshot> states_;
-  std::vector<bool> connections_;
-};
 
 TEST_F(RealtimeChannelTest, withoutSettingsTellsNotConnectedAndOpensNothing) {
   channel_->connect();
@@ -128,11 +67,33 @@ TEST_F(RealtimeChannelTest, keepsOneHeartbeatTimerAcrossConnections) {
 }
 
 TEST_F(RealtimeChannelTest, heartbeatGoesOnAndCountsWhileTheLinkIsLost) {
-  open().lose();
+  open();
+  time_.advance(24500ms);
+  last().lose();
   EXPECT_EQ(time_.timerCount(), 2U);
+  time_.advance(999ms);
+  EXPECT_EQ(sockets_.all.size(), 1U);
   // The reconnect replaces the connection and ends the old heartbeat.
-  time_.advance(1s);
+  time_.advance(1ms);
   EXPECT_EQ(time_.timerCount(), 0U);
+  last().accept();
+  EXPECT_EQ(ref(last().sent.at(0)), "3");
+}
+
+TEST_F(RealtimeChannelTest, aConnectionThatIsNotOpenHasNoHeartbeat) {
+  pair();
+  channel_->connect();
+  EXPECT_EQ(time_.timerCount(), 0U);
+  time_.advance(1min);
+  EXPECT_TRUE(last().sent.empty());
+}
+
+TEST_F(RealtimeChannelTest, aReplyToTheHeartbeatCountsAsConnectedToo) {
+  open();
+  time_.advance(25s);
+  last().sendText(
+      R"({"topic":"phoenix","event":"phx_reply","payload":{"status":"ok","response":{}},"ref":"2"})");
+  EXPECT_EQ(connections_, std::vector<bool>{true});
 }
 
 TEST_F(RealtimeChannelTest, anyReplyMarksTheLinkAsConnectedOnce) {
@@ -168,6 +129,40 @@ TEST_F(RealtimeChannelTest, aStateArrivesBeforeTheJoinIsAnswered) {
   EXPECT_TRUE(connections_.empty());
 }
 
+TEST_F(RealtimeChannelTest, topicAndNumberOfWhatArrivesDoNotMatter) {
+  std::string text = kState;
+  text.replace(text.find("realtime:ov:K"), 13, "another:topic");
+  open().sendText(text);
+  text.replace(text.find("null"), 4, "{\"7\":8}");
+  last().sendText(text);
+  EXPECT_EQ(states_.size(), 2U);
+}
+
+TEST_F(RealtimeChannelTest, aStateHasToBeSoInEveryMember) {
+  auto& socket = open();
+  const std::string state = kState;
+  const auto withMinutes = [&](const std::string& number) {
+    auto text = state;
+    text.replace(text.find("\"remainingMin\":20") + 15, 2, number);
+    return text;
+  };
+  for (const char* number :
+       {"1e400", "-1e400", "1e-400", "1e99999999999", "true", "null", "NaN", "\"20\"", "[20]"})
+    socket.sendText(withMinutes(number));
+  EXPECT_TRUE(states_.empty());
+  for (const char* number : {"1e300", "-20", "18446744073709551615", "123456789012345678901234567890"})
+    socket.sendText(withMinutes(number));
+  EXPECT_EQ(states_.size(), 4U);
+}
+
+TEST_F(RealtimeChannelTest, aMemberThatComesTwiceBreaksNothing) {
+  auto& socket = open();
+  socket.sendText(R"({"event":"phx_reply","event":"phx_reply","event":"phx_reply"})");
+  EXPECT_EQ(connections_, std::vector<bool>{true});
+  socket.sendText(R"({"event":"broadcast","event":5,"payload":{},"payload":[],"event":null})");
+  EXPECT_TRUE(states_.empty());
+}
+
 TEST_F(RealtimeChannelTest, ignoresEverythingElse) {
   auto& socket = open();
   for (const auto* text : {
@@ -182,12 +177,21 @@ TEST_F(RealtimeChannelTest, ignoresEverythingElse) {
            R"({"event":null})",
            R"({"event":"phx_error"})",
            R"({"event":"phx_close"})",
+           R"({"event":["phx_reply"]})",
+           R"({"payload":{"event":"phx_reply"}})",
+           R"({"EVENT":"phx_reply"})",
+           R"({"event":"phx_reply"} x)",
+           R"({"event":"phx_reply",})",
+           "{\"event\":\"phx_reply\",\"topic\":\"\xFF\"}",
+           R"({"event":"state","payload":{"running":true}})",
            R"({"event":"presence_state","payload":{}})",
            R"({"event":"PHX_REPLY"})",
            R"({"event":"broadcast"})",
            R"({"event":"broadcast","payload":null})",
            R"({"event":"broadcast","payload":"state"})",
+           R"({"event":"broadcast","payload":[]})",
            R"({"event":"broadcast","payload":{"event":"state"}})",
+           R"({"event":"broadcast","payload":{"type":"state","payload":{}}})",
            R"({"event":"broadcast","payload":{"event":"state","payload":null}})",
            R"({"event":"broadcast","payload":{"event":"state","payload":"x"}})",
            R"({"event":"broadcast","payload":{"event":"state","payload":5}})",
@@ -202,68 +206,6 @@ TEST_F(RealtimeChannelTest, ignoresEverythingElse) {
   EXPECT_TRUE(states_.empty());
   EXPECT_TRUE(connections_.empty());
   EXPECT_EQ(socket.sent.size(), 1U);
-}
-
-TEST_F(RealtimeChannelTest, aLossTellsNotConnectedAndReconnectsAfterASecond) {
-  open().sendText(kReply);
-  last().lose();
-  EXPECT_EQ(connections_, (std::vector<bool>{true, false}));
-  time_.advance(999ms);
-  EXPECT_EQ(sockets_.all.size(), 1U);
-  time_.advance(1ms);
-  EXPECT_EQ(sockets_.all.size(), 2U);
-}
-
-TEST_F(RealtimeChannelTest, waitsTwiceAsLongAfterEachLossUpToThirtySeconds) {
-  open();
-  for (const auto wait : {1s, 2s, 4s, 8s, 16s, 30s, 30s, 30s}) {
-    const auto before = sockets_.all.size();
-    last().lose();
-    time_.advance(wait - 1ms);
-    EXPECT_EQ(sockets_.all.size(), before) << "before " << wait.count() << " s";
-    time_.advance(1ms);
-    EXPECT_EQ(sockets_.all.size(), before + 1) << "after " << wait.count() << " s";
-  }
-}
-
-TEST_F(RealtimeChannelTest, aReplyStartsTheWaitsAgainAtOneSecond) {
-  open().lose();
-  time_.advance(1s);
-  last().lose();
-  time_.advance(2s);
-  last().accept();
-  last().sendText(kReply);
-  last().lose();
-  const auto before = sockets_.all.size();
-  time_.advance(1s);
-  EXPECT_EQ(sockets_.all.size(), before + 1);
-}
-
-TEST_F(RealtimeChannelTest, everyReportedLossSchedulesItsOwnReconnect) {
-  pair();
-  channel_->connect();
-  const auto first = sockets_.all[0];
-  const auto lost = first->events.onLost;
-  lost();
-  lost();
-  lost();
-  EXPECT_EQ(connections_, (std::vector<bool>{false, false, false}));
-  time_.advance(1s);
-  EXPECT_EQ(sockets_.all.size(), 2U);
-  time_.advance(1s);
-  EXPECT_EQ(sockets_.all.size(), 3U);
-  time_.advance(2s);
-  EXPECT_EQ(sockets_.all.size(), 4U);
-  EXPECT_EQ(sockets_.all[1]->cancelCode, 1001);
-  EXPECT_EQ(sockets_.all[2]->cancelCode, 1001);
-}
-
-TEST_F(RealtimeChannelTest, afterAReconnectTheNumbersGoOn) {
-  open().lose();
-  time_.advance(1s);
-  last().accept();
-  ASSERT_EQ(last().sent.size(), 1U);
-  EXPECT_EQ(ref(last().sent[0]), "2");
 }
 
 TEST_F(RealtimeChannelTest, connectingAgainCancelsTheOldConnectionQuietly) {
@@ -324,12 +266,38 @@ TEST_F(RealtimeChannelTest, aCommandBeforeTheHandshakeIsLostButCounted) {
   EXPECT_EQ(ref(last().sent[0]), "2");
 }
 
+TEST_F(RealtimeChannelTest, aCommandOnALostConnectionIsLostButCounted) {
+  open().lose();
+  channel_->command("plus5", {});
+  EXPECT_EQ(last().sent.size(), 1U);
+  time_.advance(1s);
+  last().accept();
+  EXPECT_EQ(ref(last().sent.at(0)), "3");
+}
+
+TEST_F(RealtimeChannelTest, aMessageThatIsNoTextIsNotSent) {
+  const auto& socket = open();
+  channel_->command("task", "\xFF");
+  EXPECT_EQ(socket.sent.size(), 1U);
+  channel_->command("task", std::string("\0\"\\", 3));
+  ASSERT_EQ(socket.sent.size(), 2U);
+  const auto sent = frame(socket.sent[1]);
+  EXPECT_EQ(jsonText(jsonMember(*jsonMember(*jsonMember(sent, "payload"), "payload"), "id")),
+            std::string("\0\"\\", 3));
+}
+
 TEST_F(RealtimeChannelTest, readsTheTopicAfreshForEveryMessage) {
   const auto& socket = open();
   config_.setChannelKey("other");
   channel_->command("stop", {});
   const auto sent = frame(socket.sent[1]);
   EXPECT_EQ(jsonText(jsonMember(sent, "topic")), "realtime:ov:other");
+  config_.setChannelKey("third");
+  channel_->connect();
+  config_.setChannelKey("fourth");
+  last().accept();
+  const auto join = frame(last().sent.at(0));
+  EXPECT_EQ(jsonText(jsonMember(join, "topic")), "realtime:ov:fourth");
 }
 
 TEST_F(RealtimeChannelTest, nothingReachesItOnceItIsGone) {
