@@ -151,8 +151,10 @@ class GtkPairView final : public PairView {
 
   /// Window managers that go by these rather than by the kind of the window.
   static void realized(GtkWidget* window, gpointer) {
-    gdk_window_set_functions(gtk_widget_get_window(window),
-                             static_cast<GdkWMFunction>(GDK_FUNC_MOVE | GDK_FUNC_CLOSE));
+    GdkWindow* surface = gtk_widget_get_window(window);
+    gdk_window_set_functions(surface, static_cast<GdkWMFunction>(GDK_FUNC_MOVE | GDK_FUNC_CLOSE));
+    gdk_window_set_decorations(
+        surface, static_cast<GdkWMDecoration>(GDK_DECOR_BORDER | GDK_DECOR_TITLE | GDK_DECOR_MENU));
   }
 
   static void pressed(GtkWidget* button, gpointer data) {
