@@ -8,7 +8,7 @@ import sys
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "tests/desktop"))
 from harness.page import session, task  # noqa: E402
-from harness.realtime import Realtime  # noqa: E402
+from harness.link_service import LinkService  # noqa: E402
 
 TASKS = [task(f"t{number}", f"Compito numero {number}", number % 2 == 0) for number in range(20)]
 
@@ -27,7 +27,7 @@ def obey(service, words):
 
 
 def main():
-    with Realtime(int(sys.argv[1])) as service:
+    with LinkService(int(sys.argv[1])) as service:
         print("ready", flush=True)
         number, heard = 0, b""
         while True:
