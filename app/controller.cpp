@@ -35,6 +35,7 @@ Controller::Controller(const platform::Platform& platform, const link::WebAddres
                        const link::Config& config, const web::Services& services, Neighbours neighbours)
     : platform_(platform),
       config_(config),
+      services_(services),
       neighbours_(std::move(neighbours)),
       item_(platform.statusBar.makeItem()),
       channel_(neighbours_.makeChannel ? neighbours_.makeChannel() : nullptr),
@@ -114,6 +115,7 @@ void Controller::installCallbacks() {
       if (channel_) channel_->connect();
     });
   }
+  services_.notifiche.onSelezionata = liveness_.guard([this] { finestra_.mostra(); });
   finestra_.onState = liveness_.guard([this](const link::Snapshot& snapshot) {
     receive(snapshot);
     statoDalPonte_ = true;

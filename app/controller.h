@@ -70,6 +70,7 @@ class Controller : public platform::ApplicationDelegate {
 
   const platform::Platform& platform_;
   const link::Config& config_;
+  const web::Services& services_;
   Neighbours neighbours_;
 
   // In the order in which they come into being.

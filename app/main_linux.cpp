@@ -28,9 +28,35 @@ int main(int argc, char** argv) {
   const auto pairViews = native::makePairViews(application, *mainMenu);
   const auto background = native::makeBackground(*loop);
   const auto userFolders = native::makeUserFolders(*environment);
+  const auto bundle = native::makeBundle();
+  const auto codeSigning = native::makeCodeSigning();
+  const auto notificationCentre = native::makeNotificationCentre(application, *environment, *bundle);
+  const auto settingsPanes = native::makeSettingsPanes(application, *environment, *userFolders);
+  const auto processes = native::makeProcesses();
 
-  return orvalle::app::run({application, *clock,      *loop,   *environment, *defaults,
-                            *workspace,  *haptics,    *screen, *mainMenu,    *statusBar,
-                            *panels,     *webWindows, *alerts, *openPanel,   *webSockets,
-                            *pasteboard, *pairViews,  *log,    *background,  *userFolders});
+  return orvalle::app::run({application,
+                            *clock,
+                            *loop,
+                            *environment,
+                            *defaults,
+                            *workspace,
+                            *haptics,
+                            *screen,
+                            *mainMenu,
+                            *statusBar,
+                            *panels,
+                            *webWindows,
+                            *alerts,
+                            *openPanel,
+                            *webSockets,
+                            *pasteboard,
+                            *pairViews,
+                            *log,
+                            *background,
+                            *userFolders,
+                            *bundle,
+                            *codeSigning,
+                            *notificationCentre,
+                            *settingsPanes,
+                            *processes});
 }

@@ -9,6 +9,7 @@
 #include "link/realtime_channel.h"
 #include "link/web_address.h"
 #include "services/archivio.h"
+#include "services/notifiche.h"
 #include "web/services.h"
 
 namespace orvalle::app {
@@ -16,13 +17,16 @@ namespace orvalle::app {
 int run(const platform::Platform& platform) {
   link::Config config(platform.defaults);
   const link::WebAddress address(platform.environment, platform.defaults, ORVALLE_DEFAULT_ADDRESS);
+  services::Notifiche notifiche(platform.notificationCentre, platform.settingsPanes, platform.bundle,
+                                platform.log);
   services::Archivio archivio(platform.userFolders, platform.background, platform.log);
-  const web::Services services{archivio};
+  const web::Services services{notifiche, archivio};
   Neighbours neighbours;
   neighbours.makeChannel = [&] {
     return std::make_unique<link::RealtimeChannel>(config, platform.webSockets, platform.loop);
   };
   neighbours.makePairing = [&] { return std::make_unique<link::PairWindow>(platform, config); };
+  neighbours.avviaNotifiche = [&] { notifiche.avvia(); };
   Controller controller(platform, address, config, services, std::move(neighbours));
   return platform.application.run(controller);
 }

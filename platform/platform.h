@@ -3,17 +3,22 @@
 #include "platform/alerts.h"
 #include "platform/application.h"
 #include "platform/background.h"
+#include "platform/bundle.h"
 #include "platform/clock.h"
+#include "platform/code_signing.h"
 #include "platform/defaults.h"
 #include "platform/environment.h"
 #include "platform/haptics.h"
 #include "platform/main_loop.h"
 #include "platform/main_menu.h"
+#include "platform/notification_centre.h"
 #include "platform/open_panel.h"
 #include "platform/pair_view.h"
 #include "platform/panel.h"
 #include "platform/pasteboard.h"
+#include "platform/processes.h"
 #include "platform/screen.h"
+#include "platform/settings_panes.h"
 #include "platform/status_item.h"
 #include "platform/system_log.h"
 #include "platform/user_folders.h"
@@ -45,6 +50,11 @@ struct Platform {
   SystemLog& log;
   Background& background;
   UserFolders& userFolders;
+  Bundle& bundle;
+  CodeSigning& codeSigning;
+  NotificationCentre& notificationCentre;
+  SettingsPanes& settingsPanes;
+  Processes& processes;
 };
 
 }  // namespace orvalle::platform

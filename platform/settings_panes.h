@@ -2,7 +2,7 @@
 
 namespace orvalle::platform {
 
-enum class SettingsPane { Notifications, Accessibility, Documents };
+enum class SettingsPane { Notifications, Documents };
 
 /// The places in the system's settings where the user decides what the program may do.
 class SettingsPanes {

@@ -18,7 +18,10 @@ void Finestra::handleMessage(const base::Json& body, std::function<void()> next)
   }
   const auto id = base::jsonInteger(base::jsonMember(body, "id"));
   Request request(body, {platform_, address_, services_},
-                  liveness_.guard([this, id](const std::string& text) { rispondi(id, text); }),
+                  liveness_.guard([this, id](const std::string& text) {
+                    // Meanwhile a script may have taken the view elsewhere.
+                    if (trust_.serves(indirizzo().host())) rispondi(id, text);
+                  }),
                   std::move(next));
   request.handle(*tipo);
 }

@@ -1,10 +1,17 @@
 #include "web/request_table.h"
 
 #include "base/url.h"
+#include "base/uuid.h"
 #include "web/request.h"
 
 namespace orvalle::web {
 namespace {
+
+void notifica(Request& request) {
+  const auto tag = request.optionalText("tag");
+  request.services().notifiche.mostra(request.text("titolo", "Orvalle"), request.text("corpo"),
+                                      tag ? *tag : base::randomUuid());
+}
 
 void tattile(Request& request) {
   const bool touch = request.text("che") == "tocco";
@@ -28,7 +35,11 @@ void backup(Request& request) {
 }
 
 constexpr RequestRow kTable[] = {
+    {"stato-permesso", [](Request& request) { request.services().notifiche.stato(request.answerLater()); }},
+    {"permesso", [](Request& request) { request.services().notifiche.chiedi(request.answerLater()); }},
+    {"notifica", notifica},
     {"tattile", tattile},
+    {"apri-preferenze", [](Request& request) { request.services().notifiche.apriPreferenze(); }},
     {"apri-fuori", apriFuori},
     {"backup", backup},
     {"backup-ultimo", [](Request& request) { request.answer(request.services().archivio.ultimo()); }},

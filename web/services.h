@@ -1,11 +1,13 @@
 #pragma once
 
 #include "services/archivio.h"
+#include "services/notifiche.h"
 
 namespace orvalle::web {
 
 /// The desktop services that the page can reach over the bridge. Each outlives the window.
 struct Services {
+  services::Notifiche& notifiche;
   services::Archivio& archivio;
 };
 

@@ -2,6 +2,7 @@
 
 #include <gtk/gtk.h>
 
+#include <filesystem>
 #include <memory>
 #include <string>
 
@@ -76,6 +77,16 @@ std::unique_ptr<Pasteboard> makePasteboard();
 /// Without a need of GTK, these two. The folders are those of `user-dirs.dirs` and of the environment.
 std::unique_ptr<Background> makeBackground(MainLoop& loop);
 std::unique_ptr<UserFolders> makeUserFolders(const Environment& environment);
+/// The bundle that the running program lies in, and the one that a program's file lies in, if any. Read once.
+std::unique_ptr<Bundle> makeBundle();
+std::unique_ptr<Bundle> makeBundle(const std::filesystem::path& executable);
+std::unique_ptr<CodeSigning> makeCodeSigning();
+std::unique_ptr<NotificationCentre> makeNotificationCentre(NativeApplication& application,
+                                                           const Environment& environment,
+                                                           const Bundle& bundle);
+std::unique_ptr<SettingsPanes> makeSettingsPanes(NativeApplication& application,
+                                                 const Environment& environment, const UserFolders& folders);
+std::unique_ptr<Processes> makeProcesses();
 std::unique_ptr<PairViews> makePairViews(NativeApplication& application, WindowMenu& menu);
 
 }  // namespace orvalle::platform::linuxos

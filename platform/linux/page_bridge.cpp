@@ -9,7 +9,7 @@ constexpr char kWorld[] = "bridge";
 
 /// Runs in our own world. The event's detail is a text whatever the page made of the event, or it is dropped.
 constexpr char kRelay[] = R"js((() => {
-  const longest = 16 * 1024 * 1024;
+  const longest = 64 * 1024 * 1024;
   const handler = window.webkit.messageHandlers['HANDLER'];
   document.addEventListener('HANDLER-message', event => {
     const text = event.detail;

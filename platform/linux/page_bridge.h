@@ -19,7 +19,7 @@ namespace orvalle::platform::linuxos {
 class PageBridge {
  public:
   /// `received` is called on the main loop with each message as a JSON document. Messages that JSON cannot
-  /// express, and those longer than sixteen million characters, are dropped. `handler` is an identifier.
+  /// express, and those longer than sixty-four million characters, are dropped. `handler` is an identifier.
   PageBridge(const std::string& handler, const std::string& documentStartScript,
              std::function<void(const std::string& json)> received);
 

@@ -1,14 +1,19 @@
 #include "platform/user_folders.h"
 
+#include <fstream>
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "platform/linux/factory.h"
-#include "platform/linux/glib_ptr.h"
 
 namespace orvalle::platform::linuxos {
 namespace {
 
 namespace fs = std::filesystem;
+
+constexpr std::string_view kKey = "XDG_DOCUMENTS_DIR";
+constexpr std::string_view kHome = "$HOME";
 
 /// Without the separator that may stand at its end.
 fs::path normal(const fs::path& path) {
@@ -16,28 +21,64 @@ fs::path normal(const fs::path& path) {
   return lexical.has_filename() ? lexical : lexical.parent_path();
 }
 
-/// The folders that the desktop names in `user-dirs.dirs`.
+std::string_view withoutBlanks(std::string_view text) {
+  const auto first = text.find_first_not_of(" \t");
+  return first == std::string_view::npos ? std::string_view() : text.substr(first);
+}
+
+/// The folder that a line of `user-dirs.dirs` names, such as XDG_DOCUMENTS_DIR="$HOME/Documenti"; absent for
+/// any other line, and where it names none.
+std::optional<fs::path> documentsIn(std::string_view line, const fs::path& home) {
+  line = withoutBlanks(line);
+  if (!line.starts_with(kKey)) return {};
+  line = withoutBlanks(line.substr(kKey.size()));
+  if (!line.starts_with('=')) return {};
+  line = withoutBlanks(line.substr(1));
+  if (!line.starts_with('"')) return {};
+  line.remove_prefix(1);
+  std::string folder;
+  if (line.starts_with(kHome)) {
+    line.remove_prefix(kHome.size());
+    if (!line.starts_with('/') && !line.starts_with('"')) return {};
+    folder = home.string();
+  } else if (!line.starts_with('/')) {
+    return {};
+  }
+  for (std::size_t i = 0; i < line.size(); ++i) {
+    if (line[i] == '"') return folder;
+    if (line[i] == '\\' && i + 1 < line.size()) ++i;
+    folder += line[i];
+  }
+  return {};
+}
+
+/// The folders that the desktop names. GLib knows how to read them too, but goes on with a choice that the
+/// user has taken back.
 class DesktopFolders final : public UserFolders {
  public:
   explicit DesktopFolders(const Environment& environment) : environment_(environment) {}
 
   fs::path documents() const override {
-    const fs::path home = environment_.variable("HOME").value_or(g_get_home_dir());
-    // The user may have chosen another one since.
-    g_reload_user_special_dirs_cache();
-    const char* chosen = g_get_user_special_dir(G_USER_DIRECTORY_DOCUMENTS);
+    std::optional<fs::path> chosen;
+    std::ifstream file(baseFolder("XDG_CONFIG_HOME", ".config") / "user-dirs.dirs");
+    for (std::string line; std::getline(file, line);) {
+      if (const auto found = documentsIn(line, home())) chosen = found;
+    }
     // The home folder itself is how the desktop writes that there is none.
-    return chosen && normal(chosen) != normal(home) ? fs::path(chosen) : home / "Documents";
+    return chosen && normal(*chosen) != normal(home()) ? *chosen : home() / "Documents";
   }
 
-  fs::path applicationSupport() const override {
-    const fs::path given = environment_.variable("XDG_DATA_HOME").value_or("");
-    // By the rules for these folders, one that is not absolute is no folder.
-    if (given.is_absolute()) return given;
-    return environment_.variable("HOME").value_or(g_get_home_dir()) / fs::path(".local/share");
-  }
+  fs::path applicationSupport() const override { return baseFolder("XDG_DATA_HOME", ".local/share"); }
 
  private:
+  fs::path home() const { return environment_.variable("HOME").value_or(g_get_home_dir()); }
+
+  /// By the rules for these folders, one that is not absolute is no folder.
+  fs::path baseFolder(const char* variable, const char* usual) const {
+    const fs::path given = environment_.variable(variable).value_or("");
+    return given.is_absolute() ? given : home() / usual;
+  }
+
   const Environment& environment_;
 };
 

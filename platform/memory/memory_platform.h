@@ -31,6 +31,11 @@ struct MemoryPlatform {
   MemorySystemLog log;
   MemoryBackground background{time};
   MemoryUserFolders userFolders;
+  MemoryBundle bundle;
+  MemoryCodeSigning codeSigning;
+  MemoryNotificationCentre notificationCentre;
+  MemorySettingsPanes settingsPanes;
+  MemoryProcesses processes;
 
   /// Parts of a test's own that stand in for ours.
   struct Own {
@@ -60,7 +65,12 @@ struct MemoryPlatform {
             pairViews,
             log,
             background,
-            userFolders};
+            userFolders,
+            bundle,
+            codeSigning,
+            notificationCentre,
+            settingsPanes,
+            processes};
   }
 };
 

@@ -8,7 +8,12 @@
 #include <vector>
 
 #include "platform/background.h"
+#include "platform/bundle.h"
+#include "platform/code_signing.h"
 #include "platform/main_loop.h"
+#include "platform/notification_centre.h"
+#include "platform/processes.h"
+#include "platform/settings_panes.h"
 #include "platform/system_log.h"
 #include "platform/user_folders.h"
 
@@ -62,6 +67,92 @@ class MemoryBackground : public Background {
   MainLoop& loop_;
   bool held_ = false;
   std::deque<std::function<void()>> waiting_;
+};
+
+class MemoryBundle : public Bundle {
+ public:
+  std::optional<std::string> identifier() const override { return identifierText; }
+  std::optional<std::string> version() const override { return versionText; }
+  std::optional<std::string> shortVersion() const override { return shortVersionText; }
+  std::filesystem::path path() const override { return folder; }
+  std::optional<std::string> identifierText = "app.orvalle.Orvalle";
+  std::optional<std::string> versionText = "7";
+  std::optional<std::string> shortVersionText = "1.2.3";
+  std::filesystem::path folder = "/opt/Orvalle.app";
+};
+
+class MemoryCodeSigning : public CodeSigning {
+ public:
+  std::optional<std::uint32_t> ownFlags() const override { return flags; }
+  std::optional<std::uint32_t> flags;
+};
+
+/// Answers at once, or, while held, when a test says so.
+class MemoryNotificationCentre : public NotificationCentre {
+ public:
+  void setDelegate(NotificationDelegate* newDelegate) override { delegate = newDelegate; }
+  void status(std::function<void(NotificationStatus)> done) override {
+    ++statusReads;
+    answer([this, done = std::move(done)] { done(current); });
+  }
+  void requestAuthorisation(const NotificationOptions& options,
+                            std::function<void(bool, std::optional<std::string>)> done) override {
+    requests.push_back(options);
+    answer([this, done = std::move(done)] {
+      current = userAgrees ? NotificationStatus::Authorised : NotificationStatus::Denied;
+      done(userAgrees, requestError);
+    });
+  }
+  void add(const Notification& notification, std::function<void(std::optional<std::string>)> done) override {
+    answer([this, notification, done = std::move(done)] {
+      if (!addError) shown.push_back(notification);
+      done(addError);
+    });
+  }
+
+  void hold() { held_ = true; }
+  /// Gives the answers that wait, in order, and goes on at once from now on.
+  void release() {
+    held_ = false;
+    for (; !waiting_.empty(); waiting_.pop_front()) waiting_.front()();
+  }
+
+  NotificationDelegate* delegate = nullptr;
+  NotificationStatus current = NotificationStatus::NotDetermined;
+  bool userAgrees = true;
+  std::optional<std::string> requestError;
+  std::optional<std::string> addError;
+  int statusReads = 0;
+  std::vector<NotificationOptions> requests;
+  std::vector<Notification> shown;
+
+ private:
+  void answer(std::function<void()> task) {
+    if (held_) {
+      waiting_.push_back(std::move(task));
+    } else {
+      task();
+    }
+  }
+
+  bool held_ = false;
+  std::deque<std::function<void()>> waiting_;
+};
+
+class MemorySettingsPanes : public SettingsPanes {
+ public:
+  void open(SettingsPane pane) override { opened.push_back(pane); }
+  std::vector<SettingsPane> opened;
+};
+
+class MemoryProcesses : public Processes {
+ public:
+  bool startAfterExit(const std::filesystem::path& bundle) override {
+    waitingForExit.push_back(bundle);
+    return succeeds;
+  }
+  std::vector<std::filesystem::path> waitingForExit;
+  bool succeeds = true;
 };
 
 }  // namespace orvalle::platform::memory

@@ -164,10 +164,10 @@ TEST_F(WebWindowPage, whatJsonCannotExpressIsDropped) {
 TEST_F(WebWindowPage, messagesOfAnAbsurdLengthAreDropped) {
   load("/");
   const std::string post = "window.webkit.messageHandlers.orvalle.postMessage";
-  window->evaluate(post + "('x'.repeat(16 * 1024 * 1024 - 1))");
-  window->evaluate(post + "('x'.repeat(16 * 1024 * 1024 - 2))");
+  window->evaluate(post + "('x'.repeat(64 * 1024 * 1024 - 1))");
+  window->evaluate(post + "('x'.repeat(64 * 1024 * 1024 - 2))");
   ASSERT_TRUE(rig.wait([&] { return !events().empty(); }));
-  EXPECT_EQ(events()[0].size(), std::string("message orvalle ").size() + 16 * 1024 * 1024);
+  EXPECT_EQ(events()[0].size(), std::string("message orvalle ").size() + 64 * 1024 * 1024);
   EXPECT_EQ(valueOf("'fine'"), R"("fine")");
 }
 

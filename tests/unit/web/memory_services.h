@@ -9,13 +9,15 @@ namespace orvalle::web {
 class MemoryServices {
  public:
   explicit MemoryServices(const platform::Platform& platform)
-      : archivio(platform.userFolders, platform.background, platform.log) {}
+      : notifiche(platform.notificationCentre, platform.settingsPanes, platform.bundle, platform.log),
+        archivio(platform.userFolders, platform.background, platform.log) {}
   operator const Services&() const { return all_; }
 
+  services::Notifiche notifiche;
   services::Archivio archivio;
 
  private:
-  Services all_{archivio};
+  Services all_{notifiche, archivio};
 };
 
 }  // namespace orvalle::web
