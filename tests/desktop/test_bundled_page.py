@@ -1,0 +1,71 @@
+"""The web application that comes with the program, in the program's own window."""
+
+import json
+import pathlib
+import time
+
+import pytest
+
+from harness import processes
+from harness.accessibility import Accessibility
+from harness.realtime import DemoServer
+
+REMOTE = pathlib.Path(__file__).parent / "harness/remote.mjs"
+
+
+@pytest.fixture
+def server(desktop):
+    running = DemoServer(desktop)
+    yield running
+    running.stop()
+
+
+@pytest.fixture
+def access(desktop, start, server, request):
+    """The program with a screen of the application in its window."""
+    program = start(address=server.address + request.param)
+    desktop.windows.wait(program.pid, "Orvalle")
+    return Accessibility(desktop, program.pid)
+
+
+@pytest.mark.parametrize("access", ["/settings?sezione=avvisi"], indirect=True)
+def test_what_the_page_copies_pairs_the_program(access, desktop, start, home, server, tray):
+    item = tray.wait_item()
+    access.wait_text(server.keys()["channelKey"])
+    access.wait_text("Attivo")
+    x, y, width, height = access.wait("push button", "Copia")["box"]
+    time.sleep(1)  # the button can be found before it can be pressed
+    desktop.hand.click(x + width // 2, y + height // 2)
+    access.wait_text("Copiati tutti e tre")
+    item.menu.click("Abbina…")
+    pairing = desktop.windows.wait(start.started[0].pid, "Abbina Orvalle")
+    access.press("push button", "Incolla tutto")
+    access.wait_text("Trovati tutti e tre. Controlla e salva.")
+    access.press("push button", "Salva e connetti")
+    pairing.wait_hidden()
+    assert {key: home.defaults()[key] for key in server.pairing()} == server.pairing()
+    item.menu.wait_row("Nessuna sessione in corso")
+
+
+@pytest.mark.parametrize("access", ["/"], indirect=True)
+def test_page_tells_its_session_and_obeys(access, desktop, server, tray):
+    item = tray.wait_item()
+    access.wait("push button", "Avvia")
+    log = desktop.logs / "remote"
+    remote = desktop.spawn("remote", ["node", str(REMOTE), server.address])
+
+    def said():
+        lines = log.read_text(encoding="utf-8").splitlines()
+        return [json.loads(line) for line in lines if line.startswith("{")]
+    processes.wait_for("the remote control", lambda: {"status": "SUBSCRIBED"} in said(), 40)
+    assert said() == [{"status": "SUBSCRIBED"}], "an idle page has said something"
+    access.press("push button", "Avvia")
+    processes.wait_for("the end of the session", lambda: said()[-1].get("running") is False, 40)
+    item.wait("XAyatanaLabel", lambda label: label == " Orvalle")
+    access.wait("push button", "Avvia")
+    time.sleep(6)  # longer than a running page would be silent
+    states = said()[1:]
+    assert states[0]["origin"] == server.address
+    assert [(state["running"], state["plannedMin"]) for state in states if state["plannedMin"] != 25] == [
+        (True, 30), (False, 0)]
+    desktop.end(remote)
