@@ -30,7 +30,8 @@ function install(folder) {
   for (const name of ['package.json', 'package-lock.json', 'entry.js'])
     copyFileSync(join(here, name), join(folder, name));
   try {
-    execFileSync('npm', ['ci', '--ignore-scripts', '--no-audit', '--no-fund'], {
+    const patience = ['--fetch-retries=1', '--fetch-retry-maxtimeout=2000', '--fetch-timeout=20000'];
+    execFileSync('npm', ['ci', '--ignore-scripts', '--no-audit', '--no-fund', ...patience], {
       cwd: folder,
       stdio: 'pipe',
     });
@@ -75,25 +76,22 @@ function licences(folder, packages) {
 
 function make() {
   const folder = mkdtempSync(join(tmpdir(), 'orvalle-client-'));
-  try {
-    install(folder);
-    const lock = JSON.parse(readFileSync(join(folder, 'package-lock.json'), 'utf8'));
-    const packages = Object.entries(lock.packages)
-      .filter(([path, { dev }]) => path && !dev)
-      .map(([path, { version, license }]) => ({
-        path,
-        name: path.replace(/^.*node_modules\//, ''),
-        version,
-        license,
-      }));
-    const client = packages.find(({ name }) => name === '@supabase/realtime-js');
-    return {
-      'realtime.js': bundle(folder, client.version),
-      'realtime-licences.txt': licences(folder, packages),
-    };
-  } finally {
-    rmSync(folder, { recursive: true, force: true });
-  }
+  process.on('exit', () => rmSync(folder, { recursive: true, force: true }));
+  install(folder);
+  const lock = JSON.parse(readFileSync(join(folder, 'package-lock.json'), 'utf8'));
+  const packages = Object.entries(lock.packages)
+    .filter(([path, { dev }]) => path && !dev)
+    .map(([path, { version, license }]) => ({
+      path,
+      name: path.replace(/^.*node_modules\//, ''),
+      version,
+      license,
+    }));
+  const client = packages.find(({ name }) => name === '@supabase/realtime-js');
+  return {
+    'realtime.js': bundle(folder, client.version),
+    'realtime-licences.txt': licences(folder, packages),
+  };
 }
 
 const files = Object.entries(make());

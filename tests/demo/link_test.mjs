@@ -169,7 +169,13 @@ test('with the server’s keys the official client is opened on the page’s own
 });
 
 test('a server without keys is asked for nothing more', async () => {
-  for (const answer of [{ ok: false, json: async () => ({}) }, { ok: true, json: async () => ({}) }, null]) {
+  for (const answer of [
+    { ...kAnswer, ok: false },
+    { ok: true, json: async () => ({ channelKey: 'k' }) },
+    { ok: true, json: async () => ({ anonKey: 'eyJ' }) },
+    { ok: true, json: async () => JSON.parse('<!doctype html>') },
+    null,
+  ]) {
     const { link, clients } = opened(fakeWindow({ answer }));
     await link.opened;
     link.tell();
