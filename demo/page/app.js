@@ -56,8 +56,14 @@ const sessionCommands = {
   task: (id) => actions.toggleTask(id),
 };
 
+// The desktop may be showing a session that runs elsewhere, and gives its commands to its own page all the same.
+const orPassOn = ([word, obey]) => [
+  word,
+  (id) => (session.concerns(store.state, word, id) ? obey(id) : link.command(word, id)),
+];
+
 const desktop = createDesktop(window, {
-  ...sessionCommands,
+  ...Object.fromEntries(Object.entries(sessionCommands).map(orPassOn)),
   subito: (minutes) => {
     router.go('/');
     actions.startFocus(minutes);

@@ -1,5 +1,6 @@
 // The live link: tells the user's other devices of the session that runs here, and obeys their commands. What others
-// tell of their own sessions is not listened to, and no command is ever sent, so that nothing can go round in circles.
+// tell of their own sessions is not listened to, and what they command is never passed on, so that nothing can go round
+// in circles.
 
 const kObeyed = ['stop', 'plus5', 'minus5', 'task'];
 
@@ -45,7 +46,13 @@ export function createLink(client, channelKey, { commands, snapshot, onJoined })
     onJoined(joined);
     tell();
   });
-  return { tell };
+  return {
+    tell,
+    command(command, id) {
+      if (!joined) return;
+      channel.send({ type: 'broadcast', event: 'cmd', payload: id === null ? { command } : { command, id } });
+    },
+  };
 }
 
 /**
@@ -101,6 +108,10 @@ export function openLink(window, { loadClient, onChange, ...page }) {
     /** To be called with every new state. */
     tell() {
       link?.tell();
+    },
+    /** Gives a command to whoever runs a session; `id` is null for one without argument. */
+    command(command, id) {
+      link?.command(command, id);
     },
   };
 }

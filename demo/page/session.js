@@ -143,6 +143,11 @@ export function removeTask(state, id) {
   return { ...state, tasks: state.tasks.filter((task) => task.id !== id) };
 }
 
+/** Whether a command is about the session or the tasks of this state, and not about somebody else's. */
+export function concerns(state, command, id) {
+  return command === 'task' ? state.tasks.some((task) => task.id === id) : state.session !== null;
+}
+
 /** The running session in minutes at a moment; null without one. A clock set back counts as no time. */
 export function timing(state, now) {
   const { session } = state;

@@ -120,6 +120,21 @@ test('whatever else comes as a command is ignored, also what only the desktop ma
   assert.deepEqual(page.obeyed, []);
 });
 
+test('a command is given to the others once joined, and with an id only where there is one', () => {
+  const { client, page, link } = linked();
+  link.command('stop', null);
+  client.become('SUBSCRIBED');
+  link.command('stop', null);
+  link.command('task', 'a');
+  assert.deepEqual(client.sent, [
+    { type: 'broadcast', event: 'cmd', payload: { command: 'stop' } },
+    { type: 'broadcast', event: 'cmd', payload: { command: 'task', id: 'a' } },
+  ]);
+  client.hear({ type: 'broadcast', event: 'cmd', payload: { command: 'stop' } });
+  assert.equal(client.sent.length, 2);
+  assert.deepEqual(page.obeyed, [['stop', null]]);
+});
+
 test('the copied text has one value a line', () => {
   assert.equal(
     pairingText({ url: 'http://localhost:4717', anonKey: 'eyJa', channelKey: '0f' }),

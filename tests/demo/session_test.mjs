@@ -246,3 +246,16 @@ test('the wait for the next change ends just after the shown countdown has chang
     if (wait > 4) assert.equal(shownAfter(wait - 4), shownAfter(0), `at ${moment} ms`);
   }
 });
+
+test('a command concerns the page that runs the session, one for a task the page that has the task', () => {
+  const idle = session.addTask(session.emptyState(), 'a', 'Una');
+  const busy = session.start(idle, { isBreak: false, minutes: 25 }, 1000);
+  for (const command of ['stop', 'plus5', 'minus5']) {
+    assert.equal(session.concerns(idle, command, null), false);
+    assert.equal(session.concerns(busy, command, null), true);
+  }
+  for (const state of [idle, busy]) {
+    assert.equal(session.concerns(state, 'task', 'a'), true);
+    assert.equal(session.concerns(state, 'task', 'b'), false);
+  }
+});

@@ -8,7 +8,7 @@ import pytest
 
 from harness import processes
 from harness.accessibility import Accessibility
-from harness.realtime import DemoServer
+from harness.realtime import DemoServer, Peer
 
 REMOTE = pathlib.Path(__file__).parent / "harness/remote.mjs"
 
@@ -18,6 +18,12 @@ def server(desktop):
     running = DemoServer(desktop)
     yield running
     running.stop()
+
+
+@pytest.fixture
+def pair(home, server):
+    """Pairs the program before it starts."""
+    home.write_defaults(server.pairing())
 
 
 @pytest.fixture
@@ -69,3 +75,19 @@ def test_page_tells_its_session_and_obeys(access, desktop, server, tray):
     assert [(state["running"], state["plannedMin"]) for state in states if state["plannedMin"] != 25] == [
         (True, 30), (False, 0)]
     desktop.end(remote)
+
+
+@pytest.mark.parametrize("access", ["/"], indirect=True)
+def test_idle_page_passes_commands_on_to_a_session_elsewhere(pair, access, desktop, server, tray):
+    item = tray.wait_item()
+    access.wait("push button", "Avvia")
+    item.menu.wait_row("Nessuna sessione in corso")
+    peer = Peer(desktop, server, tasks=[("a", "Leggere")])
+    item.menu.wait_row("Leggere")
+    item.menu.click("Leggere")
+    peer.wait_obeyed("task", "a")
+    item.menu.click("Ferma la sessione")
+    item.wait("XAyatanaLabel", lambda label: label == " Orvalle")
+    time.sleep(2)
+    assert peer.obeyed() == [("task", "a"), ("stop", None)]
+    peer.end()
