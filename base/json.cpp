@@ -4,9 +4,11 @@
 #include <boost/json/serialize.hpp>
 #include <boost/json/value_stack.hpp>
 
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include "base/text.h"
 
@@ -33,8 +35,12 @@ class Builder {
   static constexpr std::size_t max_string_size = json::string::max_size();
   using Error = json::error_code;
 
+  explicit Builder(json::storage_ptr storage) : storage_(std::move(storage)) {}
+  Builder(const Builder&) = delete;
+  Builder& operator=(const Builder&) = delete;
+
   bool on_document_begin(Error&) {
-    stack_.reset({});
+    stack_.reset(storage_);
     return true;
   }
   bool on_document_end(Error&) { return true; }
@@ -98,7 +104,10 @@ class Builder {
   json::value release() { return stack_.release(); }
 
  private:
-  json::value_stack stack_;
+  json::storage_ptr storage_;
+  /// Where what is not complete yet waits, as long as it fits.
+  std::array<unsigned char, 16 * 1024> waiting_;
+  json::value_stack stack_{{}, waiting_.data(), waiting_.size()};
   std::string number_;
 };
 
@@ -130,10 +139,10 @@ bool isWritable(const Json& value) {
 
 }  // namespace
 
-std::optional<Json> parseJson(std::string_view text) {
+std::optional<Json> parseJson(std::string_view text, json::storage_ptr storage) {
   json::parse_options options;
   options.max_depth = kMaximumDepth;
-  json::basic_parser<Builder> parser(options);
+  json::basic_parser<Builder> parser(options, std::move(storage));
   json::error_code error;
   const auto consumed = parser.write_some(false, text.data(), text.size(), error);
   if (error || consumed != text.size() || !parser.done()) return {};

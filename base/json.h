@@ -1,5 +1,6 @@
 #pragma once
 
+#include <boost/json/monotonic_resource.hpp>
 #include <boost/json/value.hpp>
 
 #include <cstdint>
@@ -11,12 +12,16 @@ namespace orvalle::base {
 
 using Json = boost::json::value;
 
+/// Memory for one document that is read and dropped: much cheaper than a piece for each of its parts. Must
+/// outlive the document and its copies, other than those given a storage of their own.
+using JsonArena = boost::json::monotonic_resource;
+
 /// Reads one JSON document of UTF-8 text, strictly: no comments, no trailing commas, nothing after the value,
 /// no unpaired surrogates, at most 512 levels deep. Which of several members with the same name counts is not
 /// specified. Absent when the text is anything else. A number outside the range of a double does not spoil
 /// the document: it is kept as a value that `jsonNumber` refuses; only an exponent beyond 32 bits is refused
-/// with the whole. Never throws.
-std::optional<Json> parseJson(std::string_view text);
+/// with the whole. `storage` may be an arena. Never throws.
+std::optional<Json> parseJson(std::string_view text, boost::json::storage_ptr storage = {});
 
 /// The document as compact UTF-8 text, independent of the locale. Absent when a text in it is not valid
 /// UTF-8.

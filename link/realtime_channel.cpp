@@ -61,7 +61,8 @@ void RealtimeChannel::beat() {
 }
 
 void RealtimeChannel::handle(const std::string& text) {
-  const auto frame = base::parseJson(text);
+  base::JsonArena arena(scratch_.data(), scratch_.size());
+  const auto frame = base::parseJson(text, &arena);
   if (!frame) return;
   const auto event = base::jsonText(base::jsonMember(*frame, "event"));
   if (event == "phx_reply") {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <chrono>
 #include <cstdint>
 #include <map>
@@ -50,6 +51,8 @@ class RealtimeChannel : public Channel {
   platform::WebSockets& sockets_;
   platform::MainLoop& loop_;
 
+  /// Where frames are taken apart, one after the other.
+  std::array<unsigned char, 256 * 1024> scratch_;
   std::unique_ptr<platform::WebSocket> task_;
   base::Subscription heartbeat_;
   /// Shared by all messages and never reset: the number of the last one.

@@ -30,9 +30,8 @@ class NativeBoard {
     empty();
   }
   platform::Pasteboard& board() { return *board_; }
-  void copy(const std::string& text) {
-    static char kTarget[] = "UTF8_STRING";
-    const GtkTargetEntry target = {kTarget, 0, 0};
+  void copy(const std::string& text, std::string form = "UTF8_STRING") {
+    const GtkTargetEntry target = {form.data(), 0, 0};
     gtk_clipboard_set_with_data(clipboard(), &target, 1, give, forget, new std::string(text));
   }
   void empty() { gtk_clipboard_clear(clipboard()); }
@@ -97,6 +96,19 @@ class PasteboardSelections : public ::testing::Test {
 TEST_F(PasteboardSelections, doesNotReadWhatIsMerelySelected) {
   gtk_clipboard_set_text(gtk_clipboard_get(GDK_SELECTION_PRIMARY), "selected", -1);
   EXPECT_EQ(read(board.board()), "");
+}
+
+TEST_F(PasteboardSelections, leavesLineEndsAlone) {
+  // As most programs copy: in every form there is.
+  gtk_clipboard_set_text(gtk_clipboard_get(GDK_SELECTION_CLIPBOARD), "uno\r\ndue\rtre\n", -1);
+  EXPECT_EQ(read(board.board()), "uno\r\ndue\rtre\n");
+}
+
+TEST_F(PasteboardSelections, readsTextInOtherForms) {
+  board.copy("uno", "STRING");
+  EXPECT_EQ(read(board.board()), "uno");
+  board.copy("citt\xC3\xA0", "text/plain;charset=utf-8");
+  EXPECT_EQ(read(board.board()), "città");
 }
 
 TEST_F(PasteboardSelections, readsNoTextFromAPicture) {

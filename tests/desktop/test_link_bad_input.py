@@ -8,6 +8,7 @@ import pytest
 
 from harness import processes
 from harness.page import session, task
+from harness.program import in_haste
 from harness.link_service import LinkService, frame, state_frame
 
 
@@ -21,7 +22,7 @@ def service():
 def program(start, home, service, page, tray):
     """The program, paired, while a good state is shown."""
     home.write_defaults(service.settings | {"qualcosa di mio": 1})
-    started = start()
+    started = start(environment=in_haste())
     page.wait_loaded()
     service.wait_joined()
     return started
@@ -63,6 +64,8 @@ GARBAGE = ["", " ", "x", "null", "5", '"phx_reply"', "[]", "{}", "{", "\0", "\uf
 NESTED = ["[" * 100_000, '{"a":' * 100_000, inner("[" * 100_000), inner("[" * 100_000 + "]" * 100_000),
           '{"event":' + "[" * 600 + "]" * 600 + "}"]
 BARE = [inner(text) for text in ("null", "true", "false", "5", "-1e5", '"x"', '""', "[]", "[1]", "{}")]
+# Without sanitizers, and with a machine of our own, it is a small part of that.
+LONGEST_PAUSE = 4
 NUMBERS = [inner(state_text(remainingMin=0).replace('"remainingMin": 0', '"remainingMin": ' + number))
            for number in ("1e400", "-1e400", "1e-400", "1e999999999999", "0x10", "1.", "01", "Infinity", '"5"')]
 TWICE = ['{"event":"broadcast","event":"phx_close","payload":1,"payload":{}}',
@@ -116,10 +119,10 @@ def flood(item, service, texts):
 def test_flood_of_states(item, service):
     slowest = flood(item, service, [state_frame(session(projectTitle=f"Piena {number}", tasks=[
         task(str(row), f"Compito {row}") for row in range(5)])) for number in range(50_000)])
-    assert slowest < 2, f"the program did not answer for {slowest:.1f} s"
+    assert slowest < LONGEST_PAUSE, f"the program did not answer for {slowest:.1f} s"
     item.wait("XAyatanaLabel", lambda label: label.endswith("Piena 49999"))
 
 
 def test_flood_of_garbage(item, service):
     slowest = flood(item, service, ["[" * 1000, frame("presence_diff", {}), "x", "{}", b"\0"] * 10_000)
-    assert slowest < 2, f"the program did not answer for {slowest:.1f} s"
+    assert slowest < LONGEST_PAUSE, f"the program did not answer for {slowest:.1f} s"

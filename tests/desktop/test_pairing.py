@@ -6,10 +6,11 @@ import time
 import pytest
 
 from harness import pictures, processes
+from harness.accessibility import Accessibility
 from harness.clipboard import Clipboard
 from harness.desktop import Desktop
 from harness.home import Home
-from harness.program import Program, build_folder
+from harness.program import Program, build_folder, in_haste
 from harness.link_service import ANON_KEY, CHANNEL_KEY, LinkService
 from harness.tray import Tray
 
@@ -154,7 +155,15 @@ class TestPaste:
         access.press("push button", "Incolla tutto")
         access.wait_text("Non ho trovato: chiave anon, chiave del canale")
 
-    def test_ten_megabytes(self, desktop, pairing, access, clipboard, item, home):
+    def test_ten_megabytes(self, desktop, start, page, tray, clipboard, home):
+        # Among the leaks that are not looked for: a byte of GTK's own for each great text that it receives.
+        program = start(environment=in_haste())
+        page.wait_loaded()
+        item = tray.wait_item()
+        item.menu.click("Abbina…")
+        window = desktop.windows.wait(program.pid, "Abbina Orvalle")
+        window.wait_active()
+        access = Accessibility(desktop, program.pid)
         clipboard.copy("https://" + "x" * 5_000_000 + "\n" + "è " * 1_000_000 + "=" * 3_000_000 + CHANNEL_KEY)
         access.press("push button", "Incolla tutto")
         slowest, end = 0.0, time.monotonic() + 8
@@ -162,12 +171,12 @@ class TestPaste:
             before = time.monotonic()
             assert item.menu.shown()
             slowest = max(slowest, time.monotonic() - before)
-        # A tenth of a second without sanitizers.
+        # It takes a tenth of a second without sanitizers.
         assert slowest < 15, f"the program did not answer for {slowest:.1f} s"
         access.wait_text("Non ho trovato: chiave anon")
         assert texts(access)[2] == CHANNEL_KEY
         desktop.hand.key("Escape")
-        pairing.wait_hidden()
+        window.wait_hidden()
         assert "channelKey" not in home.defaults()
 
 

@@ -92,6 +92,13 @@ def inherited_options():
     return {name: value for name, value in os.environ.items() if name.endswith("SAN_OPTIONS")}
 
 
+def in_haste():
+    """What the environment says to the sanitizers where speed is looked at: stacks need not be exact, and then leaks
+    cannot be told from other people's."""
+    options = inherited_options().get("ASAN_OPTIONS", "")
+    return {"ASAN_OPTIONS": options + ":detect_leaks=0:fast_unwind_on_malloc=1:malloc_context_size=2"}
+
+
 def without_overrides(command):
     """The command without root's power to ignore file permissions; for an ordinary user the command itself."""
     if os.geteuid() != 0:

@@ -190,5 +190,17 @@ TEST_F(JsonTest, neverTakesOneTypeForAnother) {
   EXPECT_EQ(jsonBoolean(&no), false);
 }
 
+TEST_F(JsonTest, aCopyInMemoryOfItsOwnOutlivesTheArena) {
+  std::optional<Json> copy;
+  {
+    unsigned char buffer[64];
+    JsonArena arena(buffer, sizeof buffer);
+    const auto read = parseJson(R"({"a":["a text that fills more than the buffer",1.5,{"b":null}]})", &arena);
+    ASSERT_TRUE(read);
+    copy.emplace(*read, boost::json::storage_ptr());
+  }
+  EXPECT_EQ(writeJson(*copy), R"({"a":["a text that fills more than the buffer",1.5E0,{"b":null}]})");
+}
+
 }  // namespace
 }  // namespace orvalle::base
