@@ -169,10 +169,11 @@ class TestPaste:
         slowest, end = 0.0, time.monotonic() + 8
         while time.monotonic() < end:
             before = time.monotonic()
-            assert item.menu.shown()
+            assert item["Id"] == "orvalle"
             slowest = max(slowest, time.monotonic() - before)
-        # It takes a tenth of a second without sanitizers.
-        assert slowest < 15, f"the program did not answer for {slowest:.1f} s"
+            time.sleep(0.02)
+        # Sanitizers make reading a character much dearer; this tells whether the time grows out of all proportion.
+        assert slowest < 60, f"the program did not answer for {slowest:.1f} s"
         access.wait_text("Non ho trovato: chiave anon")
         assert texts(access)[2] == CHANNEL_KEY
         desktop.hand.key("Escape")
