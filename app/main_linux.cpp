@@ -33,6 +33,9 @@ int main(int argc, char** argv) {
   const auto notificationCentre = native::makeNotificationCentre(application, *environment, *bundle);
   const auto settingsPanes = native::makeSettingsPanes(application, *environment, *userFolders);
   const auto processes = native::makeProcesses();
+  const auto frontmost = native::makeFrontmost();
+  const auto accessibility = native::makeAccessibility(application, *defaults, *alerts, *userFolders);
+  const auto inputIdle = native::makeInputIdle();
 
   return orvalle::app::run({application,
                             *clock,
@@ -58,5 +61,8 @@ int main(int argc, char** argv) {
                             *codeSigning,
                             *notificationCentre,
                             *settingsPanes,
-                            *processes});
+                            *processes,
+                            *frontmost,
+                            *accessibility,
+                            *inputIdle});
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <vector>
@@ -10,8 +11,10 @@ struct Alert {
   /// Literal text, no markup.
   std::string message;
   std::string informative;
-  /// In the order given; the first is the one that Return presses.
+  /// In the order given.
   std::vector<std::string> buttons;
+  /// The one that Return presses.
+  std::size_t returnButton = 0;
 };
 
 /// Questions to the user, one at a time: later ones wait their turn while everything else in the program goes

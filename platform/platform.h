@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/accessibility.h"
 #include "platform/alerts.h"
 #include "platform/application.h"
 #include "platform/background.h"
@@ -8,7 +9,9 @@
 #include "platform/code_signing.h"
 #include "platform/defaults.h"
 #include "platform/environment.h"
+#include "platform/frontmost.h"
 #include "platform/haptics.h"
+#include "platform/input_idle.h"
 #include "platform/main_loop.h"
 #include "platform/main_menu.h"
 #include "platform/notification_centre.h"
@@ -55,6 +58,9 @@ struct Platform {
   NotificationCentre& notificationCentre;
   SettingsPanes& settingsPanes;
   Processes& processes;
+  Frontmost& frontmost;
+  Accessibility& accessibility;
+  InputIdle& inputIdle;
 };
 
 }  // namespace orvalle::platform

@@ -65,8 +65,8 @@ class Dialog {
     if (!alert.informative.empty())
       gtk_message_dialog_format_secondary_text(dialog, "%s", labelText(alert.informative).c_str());
     for (std::size_t button = 0; button < alert.buttons.size(); ++button)
-      addButton(alert.buttons[button], static_cast<int>(button));
-    gtk_dialog_set_default_response(GTK_DIALOG(dialog), 0);
+      addButton(alert.buttons[button], static_cast<int>(button), button == alert.returnButton);
+    gtk_dialog_set_default_response(GTK_DIALOG(dialog), static_cast<int>(alert.returnButton));
     fitTexts(dialog);
     if (!parent) {
       // Holds up none of our other windows, as it belongs to none of them.
@@ -78,13 +78,13 @@ class Dialog {
   }
 
  private:
-  void addButton(const std::string& title, int response) {
+  void addButton(const std::string& title, int response, bool focused) {
     // The title as it is: an underline would make the next letter a shortcut.
     GtkWidget* button = gtk_button_new_with_label(title.c_str());
     gtk_widget_set_can_default(button, TRUE);
     gtk_widget_show(button);
     gtk_dialog_add_action_widget(GTK_DIALOG(window_.widget()), button, response);
-    if (response == 0) gtk_widget_grab_focus(button);
+    if (focused) gtk_widget_grab_focus(button);
   }
 
   static void fitTexts(GtkMessageDialog* dialog) {

@@ -87,6 +87,12 @@ std::unique_ptr<NotificationCentre> makeNotificationCentre(NativeApplication& ap
 std::unique_ptr<SettingsPanes> makeSettingsPanes(NativeApplication& application,
                                                  const Environment& environment, const UserFolders& folders);
 std::unique_ptr<Processes> makeProcesses();
+/// Finds the desktop's own way of telling, and has none where there is none.
+std::unique_ptr<Frontmost> makeFrontmost();
+std::unique_ptr<InputIdle> makeInputIdle();
+/// Keeps the consent in `defaults`, and asks for it by `alerts`.
+std::unique_ptr<Accessibility> makeAccessibility(NativeApplication& application, Defaults& defaults,
+                                                 Alerts& alerts, const UserFolders& folders);
 std::unique_ptr<PairViews> makePairViews(NativeApplication& application, WindowMenu& menu);
 
 }  // namespace orvalle::platform::linuxos

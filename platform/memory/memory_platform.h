@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/memory/memory_desktop.h"
+#include "platform/memory/memory_diary.h"
 #include "platform/memory/memory_link.h"
 #include "platform/memory/memory_services.h"
 #include "platform/memory/memory_stores.h"
@@ -36,6 +37,9 @@ struct MemoryPlatform {
   MemoryNotificationCentre notificationCentre;
   MemorySettingsPanes settingsPanes;
   MemoryProcesses processes;
+  MemoryFrontmost frontmost;
+  MemoryAccessibility accessibility;
+  MemoryInputIdle inputIdle;
 
   /// Parts of a test's own that stand in for ours.
   struct Own {
@@ -70,7 +74,10 @@ struct MemoryPlatform {
             codeSigning,
             notificationCentre,
             settingsPanes,
-            processes};
+            processes,
+            frontmost,
+            accessibility,
+            inputIdle};
   }
 };
 
