@@ -9,6 +9,8 @@
 #include "link/realtime_channel.h"
 #include "link/web_address.h"
 #include "services/archivio.h"
+#include "services/attivita.h"
+#include "services/inattivita.h"
 #include "services/notifiche.h"
 #include "web/services.h"
 
@@ -20,13 +22,19 @@ int run(const platform::Platform& platform) {
   services::Notifiche notifiche(platform.notificationCentre, platform.settingsPanes, platform.bundle,
                                 platform.log);
   services::Archivio archivio(platform.userFolders, platform.background, platform.log);
-  const web::Services services{notifiche, archivio};
+  services::Attivita attivita(platform);
+  const web::Services services{notifiche, archivio, attivita};
   Neighbours neighbours;
   neighbours.makeChannel = [&] {
     return std::make_unique<link::RealtimeChannel>(config, platform.webSockets, platform.loop);
   };
   neighbours.makePairing = [&] { return std::make_unique<link::PairWindow>(platform, config); };
   neighbours.avviaNotifiche = [&] { notifiche.avvia(); };
+  neighbours.avviaAttivita = [&] { attivita.avvia(); };
+  neighbours.fermaAttivita = [&] { attivita.ferma(); };
+  const services::Inattivita inattivita(platform.inputIdle);
+  neighbours.fermoDa = [&] { return inattivita.fermoDa(); };
+  neighbours.sogliaSecondi = inattivita.sogliaSecondi();
   Controller controller(platform, address, config, services, std::move(neighbours));
   return platform.application.run(controller);
 }

@@ -34,6 +34,17 @@ void backup(Request& request) {
       [answer](const std::optional<std::string>& path) { answer(path.value_or("")); });
 }
 
+void accendi(Request& request) {
+  auto& attivita = request.services().attivita;
+  const bool acceso = request.boolean("acceso");
+  attivita.setAcceso(acceso);
+  if (acceso) {
+    attivita.avvia();
+  } else {
+    attivita.ferma();
+  }
+}
+
 constexpr RequestRow kTable[] = {
     {"stato-permesso", [](Request& request) { request.services().notifiche.stato(request.answerLater()); }},
     {"permesso", [](Request& request) { request.services().notifiche.chiedi(request.answerLater()); }},
@@ -44,6 +55,14 @@ constexpr RequestRow kTable[] = {
     {"backup", backup},
     {"backup-ultimo", [](Request& request) { request.answer(request.services().archivio.ultimo()); }},
     {"backup-elenco", [](Request& request) { request.answer(request.services().archivio.elencoJSON()); }},
+    {"attivita-stato", [](Request& request) { request.answer(request.services().attivita.statoJSON()); }},
+    {"attivita-giorno",
+     [](Request& request) {
+       request.answer(request.services().attivita.giornoJSON(request.text("giorno")));
+     }},
+    {"attivita-accendi", accendi},
+    {"attivita-titoli", [](Request& request) { request.services().attivita.chiediTitoli(); }},
+    {"attivita-cartella", [](Request& request) { request.services().attivita.apriCartella(); }},
     {"apri-backup",
      [](Request& request) {
        request.platform().workspace.openFolder(request.services().archivio.cartella());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "services/archivio.h"
+#include "services/attivita.h"
 #include "services/notifiche.h"
 
 namespace orvalle::web {
@@ -9,6 +10,7 @@ namespace orvalle::web {
 struct Services {
   services::Notifiche& notifiche;
   services::Archivio& archivio;
+  services::Attivita& attivita;
 };
 
 }  // namespace orvalle::web

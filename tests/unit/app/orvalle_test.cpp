@@ -2,10 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <filesystem>
 #include <string>
 #include <vector>
 
+#include "base/read_file.h"
 #include "platform/memory/memory_platform.h"
+#include "tests/unit/base/temporary_folder.h"
+#include "tests/unit/base/time_zone.h"
 
 namespace orvalle::app {
 namespace {
@@ -89,6 +94,53 @@ TEST_F(OrvalleTest, connectsAtLaunchOncePaired) {
   system.application.session = [&](platform::ApplicationDelegate&) {
     EXPECT_EQ(system.webSockets.all.size(), 1u);
     EXPECT_EQ(system.statusBar.state.menu->items().front()->title(), "Cerco il canale…");
+  };
+  EXPECT_EQ(runOnce(), 0);
+}
+
+TEST_F(OrvalleTest, keepsTheDiaryFromItsStartToItsEnd) {
+  const base::TimeZone zone("UTC");
+  const base::TemporaryFolder disk;
+  const auto day = disk.path() / "Orvalle/attivita/2026-03-02.json";
+  system.userFolders.supportFolder = disk.path();
+  system.defaults.set("attivitaAccesa", true);
+  system.application.session = [&](platform::ApplicationDelegate&) {
+    system.frontmost.name = "Editor";
+    system.time.advance(std::chrono::minutes(2));
+    EXPECT_FALSE(std::filesystem::exists(day));
+  };
+  EXPECT_EQ(runOnce(), 0);
+  EXPECT_EQ(base::readFile(day, 1000),
+            R"([{"app":"Editor","da":"2026-03-02T09:00:05Z","a":"2026-03-02T09:02:00Z"}])");
+}
+
+TEST_F(OrvalleTest, keepsNoDiaryUnlessTheUserWantsOne) {
+  const base::TemporaryFolder disk;
+  system.userFolders.supportFolder = disk.path();
+  system.application.session = [&](platform::ApplicationDelegate&) {
+    system.frontmost.name = "Editor";
+    system.time.advance(std::chrono::minutes(2));
+  };
+  EXPECT_EQ(runOnce(), 0);
+  EXPECT_EQ(system.frontmost.looks, 0);
+  EXPECT_TRUE(std::filesystem::is_empty(disk.path()));
+}
+
+TEST_F(OrvalleTest, tellsThePageEveryHalfMinuteThatNobodyIsThereAfterAnHour) {
+  system.application.session = [&](platform::ApplicationDelegate&) {
+    auto& window = *system.webWindows.made[0];
+    window.commit();
+    window.post(R"({"running":true,"isBreak":false,"elapsedMin":5,"remainingMin":20,"plannedMin":25,)"
+                R"("projectTitle":"","tasks":[]})");
+    window.scripts.clear();
+    system.inputIdle.seconds = 3599.9;
+    system.time.advance(std::chrono::seconds(30));
+    EXPECT_TRUE(window.scripts.empty());
+    system.inputIdle.seconds = 3600;
+    system.time.advance(std::chrono::seconds(60));
+    EXPECT_EQ(window.scripts,
+              std::vector<std::string>(
+                  2, "window.__orvalleComando && window.__orvalleComando('inattivo', '3600')"));
   };
   EXPECT_EQ(runOnce(), 0);
 }

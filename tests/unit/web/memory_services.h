@@ -10,14 +10,16 @@ class MemoryServices {
  public:
   explicit MemoryServices(const platform::Platform& platform)
       : notifiche(platform.notificationCentre, platform.settingsPanes, platform.bundle, platform.log),
-        archivio(platform.userFolders, platform.background, platform.log) {}
+        archivio(platform.userFolders, platform.background, platform.log),
+        attivita(platform) {}
   operator const Services&() const { return all_; }
 
   services::Notifiche notifiche;
   services::Archivio archivio;
+  services::Attivita attivita;
 
  private:
-  Services all_{notifiche, archivio};
+  Services all_{notifiche, archivio, attivita};
 };
 
 }  // namespace orvalle::web
