@@ -3,6 +3,7 @@
 import { h } from '../dom.js';
 import { kLongestMinutes } from '../session.js';
 import { shortcuts } from '../shortcuts.js';
+import { activitySection } from './activity.js';
 import { pairingSection } from './pairing.js';
 
 const kNotifications = { granted: 'Consentite', denied: 'Non consentite', default: 'Non ancora chieste' };
@@ -135,6 +136,7 @@ function google(outcome) {
 const sections = [
   { name: null, label: 'Generali', make: general },
   { name: 'avvisi', label: 'Avvisi', make: pairingSection },
+  { name: 'attivita', label: 'Attività', make: activitySection },
   { name: 'scorciatoie', label: 'Scorciatoie', make: () => ({ element: shortcutList() }) },
   { name: 'google', label: 'Google', make: ({ route }) => ({ element: google(route.query.get('esito')) }) },
 ];
