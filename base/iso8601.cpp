@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cstdio>
 
 namespace orvalle::base {
 namespace {
@@ -14,6 +13,11 @@ int number(std::string_view digits) {
   int value = 0;
   std::from_chars(digits.data(), digits.data() + digits.size(), value);
   return value;
+}
+
+/// Puts the number's digits over the zeros that end before `end`.
+void putNumber(std::string& text, std::size_t end, unsigned number) {
+  for (; number > 0; number /= 10) text[--end] = static_cast<char>('0' + number % 10);
 }
 
 bool matches(std::string_view text, std::string_view form) {
@@ -28,13 +32,14 @@ std::string writeIso8601(sys_seconds moment) {
   const auto day = floor<days>(moment);
   const year_month_day date(day);
   const hh_mm_ss time(moment - day);
-  char text[64];
-  const int length =
-      std::snprintf(text, sizeof text, "%04d-%02u-%02uT%02d:%02d:%02dZ", static_cast<int>(date.year()),
-                    static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
-                    static_cast<int>(time.hours().count()), static_cast<int>(time.minutes().count()),
-                    static_cast<int>(time.seconds().count()));
-  return {text, static_cast<std::size_t>(length)};
+  std::string text = "0000-00-00T00:00:00Z";
+  putNumber(text, 4, static_cast<unsigned>(static_cast<int>(date.year())));
+  putNumber(text, 7, static_cast<unsigned>(date.month()));
+  putNumber(text, 10, static_cast<unsigned>(date.day()));
+  putNumber(text, 13, static_cast<unsigned>(time.hours().count()));
+  putNumber(text, 16, static_cast<unsigned>(time.minutes().count()));
+  putNumber(text, 19, static_cast<unsigned>(time.seconds().count()));
+  return text;
 }
 
 std::optional<sys_seconds> readIso8601(std::string_view text) {

@@ -4,9 +4,11 @@
 #include <boost/json/serialize.hpp>
 #include <boost/json/value_stack.hpp>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <iterator>
 #include <limits>
 #include <utility>
 
@@ -18,6 +20,10 @@ namespace {
 namespace json = boost::json;
 
 constexpr std::size_t kMaximumDepth = 512;
+
+/// Characters that have an escape of one letter, and the letters.
+constexpr char kSimpleEscapes[] = {'"', '\\', '\b', '\f', '\n', '\r', '\t'};
+constexpr char kSimpleEscapeLetters[] = {'"', '\\', 'b', 'f', 'n', 'r', 't'};
 
 double exactNumber(std::string_view text) {
   double value = 0;
@@ -152,6 +158,32 @@ std::optional<Json> parseJson(std::string_view text, json::storage_ptr storage) 
 std::optional<std::string> writeJson(const Json& value) {
   if (!isWritable(value)) return {};
   return json::serialize(value);
+}
+
+bool appendJsonText(std::string& json, std::string_view text) {
+  if (!isValidUtf8(text)) return false;
+  json += '"';
+  for (;;) {
+    const auto special = std::find_if(text.begin(), text.end(), [](char character) {
+      return static_cast<unsigned char>(character) < 0x20 || character == '"' || character == '\\';
+    });
+    json.append(text.begin(), special);
+    if (special == text.end()) break;
+    const auto* simple = std::find(std::begin(kSimpleEscapes), std::end(kSimpleEscapes), *special);
+    json += '\\';
+    if (simple != std::end(kSimpleEscapes)) {
+      json += kSimpleEscapeLetters[simple - std::begin(kSimpleEscapes)];
+    } else {
+      constexpr char kDigits[] = "0123456789abcdef";
+      const auto code = static_cast<unsigned char>(*special);
+      json += "u00";
+      json += kDigits[code >> 4];
+      json += kDigits[code & 0xF];
+    }
+    text.remove_prefix(static_cast<std::size_t>(special - text.begin()) + 1);
+  }
+  json += '"';
+  return true;
 }
 
 const Json* jsonMember(const Json& value, std::string_view key) {

@@ -27,6 +27,10 @@ std::optional<Json> parseJson(std::string_view text, boost::json::storage_ptr st
 /// UTF-8.
 std::optional<std::string> writeJson(const Json& value);
 
+/// Appends the text as a JSON string, as `writeJson` would write it. False, with nothing appended, when it is
+/// not UTF-8. For long lists, which would otherwise be built in memory only to be written.
+bool appendJsonText(std::string& json, std::string_view text);
+
 /// The member `key` of an object; null pointer when `value` is no object or has no such member.
 const Json* jsonMember(const Json& value, std::string_view key);
 

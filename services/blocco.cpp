@@ -18,11 +18,12 @@ std::string timestamp(Moment moment) {
 }
 
 bool encode(const Blocco& blocco, std::string& text) {
-  const auto app = base::writeJson(Json(blocco.app));
-  const auto titolo = blocco.titolo ? base::writeJson(Json(*blocco.titolo)) : std::nullopt;
-  if (!app || titolo.has_value() != blocco.titolo.has_value()) return false;
-  text += R"({"app":)" + *app;
-  if (titolo) text += R"(,"titolo":)" + *titolo;
+  text += R"({"app":)";
+  if (!base::appendJsonText(text, blocco.app)) return false;
+  if (blocco.titolo) {
+    text += R"(,"titolo":)";
+    if (!base::appendJsonText(text, *blocco.titolo)) return false;
+  }
   text += R"(,"da":")" + timestamp(blocco.da) + R"(","a":")" + timestamp(blocco.a) + R"("})";
   return true;
 }

@@ -46,6 +46,7 @@ class AtspiFrontmost final : public Frontmost {
 
   std::optional<std::string> applicationName() override {
     if (!std::exchange(started_, true)) start();
+    if (bus_ && !front_) lookAround();
     looked_ = front_;
     return front_ ? name_ : std::nullopt;
   }
@@ -120,7 +121,14 @@ class AtspiFrontmost final : public Frontmost {
     const Place registry{kRegistry, "/org/a11y/atspi/registry"};
     for (const char* event : {"window:activate", "window:deactivate"})
       ask(bus_.get(), registry, kRegistry, "RegisterEvent", g_variant_new("(s)", event), nullptr);
-    // What is in front already tells nothing of itself.
+    lookAround();
+  }
+
+  /// What came to the front before anybody listened tells nothing more of itself: it has to be found.
+  void lookAround() {
+    const gint64 now = g_get_monotonic_time();
+    if (now - lookedAround_ < G_USEC_PER_SEC) return;
+    lookedAround_ = now;
     ask(bus_.get(), {kRegistry, kRoot}, kAccessible, "GetChildren", nullptr, &AtspiFrontmost::foundPrograms);
   }
 
@@ -209,6 +217,7 @@ class AtspiFrontmost final : public Frontmost {
   GObjectPtr<GDBusConnection> bus_;
   guint subscriptions_[2] = {};
   bool started_ = false;
+  gint64 lookedAround_ = -G_USEC_PER_SEC;
   /// Absent while no window is known to be in front.
   std::optional<Place> front_;
   /// The window of the last look.

@@ -44,5 +44,23 @@ TEST_F(JsonWriterTest, writesNoNumberThatJsonDoesNotHave) {
   EXPECT_FALSE(writeJson(array{std::numeric_limits<double>::quiet_NaN()}));
 }
 
+TEST(JsonWriter, appendsATextAsItWritesIt) {
+  std::string all;
+  for (int code = 0; code < 0x100; ++code) all += static_cast<char>(code < 0x80 ? code : 'x');
+  for (const auto& text : {std::string(), std::string("Città \"€\" 😀"), std::string("\\"),
+                           std::string("a\nb"), std::string("\0", 1), std::string("\x7f\x1f"), all}) {
+    std::string json = "[";
+    EXPECT_TRUE(appendJsonText(json, text));
+    EXPECT_EQ(parseJson(json + "]"), Json(boost::json::array{boost::json::string(text)})) << text;
+    EXPECT_EQ(json.substr(1), writeJson(Json(text))) << text;
+  }
+}
+
+TEST(JsonWriter, appendsNothingOfATextThatIsNotUtf8) {
+  std::string json = "[";
+  EXPECT_FALSE(appendJsonText(json, "a\xff"));
+  EXPECT_EQ(json, "[");
+}
+
 }  // namespace
 }  // namespace orvalle::base
