@@ -12,6 +12,7 @@
 #include "services/attivita.h"
 #include "services/inattivita.h"
 #include "services/notifiche.h"
+#include "services/permessi.h"
 #include "web/services.h"
 
 namespace orvalle::app {
@@ -23,7 +24,8 @@ int run(const platform::Platform& platform) {
                                 platform.log);
   services::Archivio archivio(platform.userFolders, platform.background, platform.log);
   services::Attivita attivita(platform);
-  const web::Services services{notifiche, archivio, attivita};
+  services::Permessi permessi(platform, notifiche, archivio);
+  const web::Services services{notifiche, archivio, attivita, permessi};
   Neighbours neighbours;
   neighbours.makeChannel = [&] {
     return std::make_unique<link::RealtimeChannel>(config, platform.webSockets, platform.loop);

@@ -63,6 +63,14 @@ constexpr RequestRow kTable[] = {
     {"attivita-accendi", accendi},
     {"attivita-titoli", [](Request& request) { request.services().attivita.chiediTitoli(); }},
     {"attivita-cartella", [](Request& request) { request.services().attivita.apriCartella(); }},
+    {"permessi-stato",
+     [](Request& request) { request.services().permessi.statoJSON(request.answerLater()); }},
+    {"permessi-apri", [](Request& request) { request.services().permessi.apri(request.text("quale")); }},
+    {"permessi-notifiche",
+     [](Request& request) { request.services().permessi.chiediNotifiche(request.answerLater()); }},
+    {"permessi-riavvia", [](Request& request) { request.services().permessi.riavvia(); }},
+    {"permessi-documenti",
+     [](Request& request) { request.answer(request.services().permessi.provaDocumenti()); }},
     {"apri-backup",
      [](Request& request) {
        request.platform().workspace.openFolder(request.services().archivio.cartella());

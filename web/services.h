@@ -3,6 +3,7 @@
 #include "services/archivio.h"
 #include "services/attivita.h"
 #include "services/notifiche.h"
+#include "services/permessi.h"
 
 namespace orvalle::web {
 
@@ -11,6 +12,7 @@ struct Services {
   services::Notifiche& notifiche;
   services::Archivio& archivio;
   services::Attivita& attivita;
+  services::Permessi& permessi;
 };
 
 }  // namespace orvalle::web

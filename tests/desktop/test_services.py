@@ -2,14 +2,21 @@
 
 import json
 import os
+import shutil
 import stat
+import threading
 import time
 
+import gi
 import pytest
 
-from harness import pictures, processes
-from harness.program import build_folder
-from harness.requests import Requests
+gi.require_version("Gio", "2.0")
+from gi.repository import Gio, GLib  # noqa: E402
+
+from harness import pictures, processes  # noqa: E402
+from harness.program import BUNDLE, build_folder, inherited_options  # noqa: E402
+from harness.requests import Requests  # noqa: E402
+from harness.tray import connect  # noqa: E402
 
 SERVER = "org.freedesktop.Notifications"
 
@@ -17,7 +24,8 @@ SERVER = "org.freedesktop.Notifications"
 VALUES = ["undefined", "null", "true", "0", "1.5", "NaN", "''", "'x'", "[]", "{}", "['x']", "() => 1", "new Date(0)"]
 ARGUMENTS = ["titolo", "corpo", "tag", "che", "url", "acceso", "nome", "contenuto", "giorno", "quale", "altro"]
 # Those that are answered, and those that are not, as far as they start no other program.
-ANSWERED = ["stato-permesso", "permesso", "backup", "backup-ultimo", "backup-elenco"]
+ANSWERED = ["stato-permesso", "permesso", "backup", "backup-ultimo", "backup-elenco", "permessi-stato",
+            "permessi-notifiche", "permessi-documenti"]
 SILENT = ["notifica", "tattile", "apri-fuori"]
 
 
@@ -198,3 +206,120 @@ class TestNotifications:
         line, = processes.wait_for("log line", orvalle.own_lines)
         assert line.endswith("Orvalle: notifica saltata, permesso = denied")
         assert count(desktop) == 0
+
+
+class TestPermissions:
+    def test_state_is_true(self, home, requests, folder):
+        info = json.loads((build_folder() / BUNDLE / "Info.json").read_text(encoding="utf-8"))
+        expected = {"notifiche": "negato", "accessibilita": "negato", "documenti": "da-provare",
+                    "cartellaBackup": str(folder), "versione": info["CFBundleShortVersionString"],
+                    "firmaStabile": False, "percorso": str((build_folder() / BUNDLE).resolve())}
+        assert requests.ask_json("permessi-stato") == expected
+        requests.ask("backup", nome="a.json", contenuto="{}")
+        home.write_defaults(home.defaults() | {"accessibilitaConsentita": True})
+        assert requests.ask_json("permessi-stato") == expected | {"documenti": "concesso", "accessibilita": "concesso"}
+
+    def test_notifications_are_granted_where_there_is_a_server(self, dunst, requests):
+        assert requests.ask_json("permessi-stato")["notifiche"] == "concesso"
+        assert requests.ask("permessi-notifiche") == "granted"
+
+    def test_folder_is_tried(self, home, requests, folder):
+        assert requests.ask("permessi-documenti") == "concesso"
+        assert folder.is_dir() and not any(folder.iterdir())
+        folder.rmdir()
+        folder.parent.rmdir()
+        folder.parent.write_text("no folder", encoding="utf-8")
+        assert requests.ask("permessi-documenti") == "negato"
+
+    def test_properties_of_the_documents_folder_are_shown(self, desktop, home, requests):
+        with FileManager(desktop) as manager:
+            requests.tell("permessi-apri", quale="documenti")
+            requests.tell("permessi-apri", quale="altro")
+            processes.wait_for("properties", lambda: manager.shown)
+            time.sleep(0.3)
+            assert manager.shown == [[(home.folder / "Documents").as_uri()]]
+
+    def test_settings_for_notifications_are_those_of_the_desktop(self, home, requests):
+        record = home.folder / "settings-opened"
+        script = home.folder / "settings"
+        script.write_text(f'#!/bin/sh\necho "$0" >>"{record}"\n', encoding="utf-8")
+        script.chmod(0o755)
+        applications = home.data / "applications"
+        applications.mkdir(parents=True, exist_ok=True)
+        (applications / "gnome-notifications-panel.desktop").write_text(
+            f"[Desktop Entry]\nType=Application\nName=Avvisi\nExec={script}\n", encoding="utf-8")
+        requests.tell("apri-preferenze")
+        processes.wait_for("settings", record.exists)
+        requests.tell("permessi-apri", quale="notifiche")
+        processes.wait_for("settings again", lambda: len(record.read_text().splitlines()) == 2)
+
+
+class FileManager:
+    """Stands in for the file manager on the bus: remembers whose properties it was told to show."""
+
+    def __init__(self, desktop):
+        self._bus = connect(desktop)
+        self.shown = []
+
+    def __enter__(self):
+        self._context = GLib.MainContext()
+        self._loop = GLib.MainLoop(self._context)
+        ready = threading.Event()
+        self._thread = threading.Thread(target=self._serve, args=(ready,), daemon=True)
+        self._thread.start()
+        assert ready.wait(10)
+        return self
+
+    def __exit__(self, *_):
+        self._bus.close_sync(None)
+        self._loop.quit()
+        self._thread.join(10)
+
+    def _serve(self, ready):
+        self._context.push_thread_default()
+        description = Gio.DBusNodeInfo.new_for_xml(
+            '<node><interface name="org.freedesktop.FileManager1"><method name="ShowItemProperties">'
+            '<arg type="as" direction="in"/><arg type="s" direction="in"/></method></interface></node>')
+        self._bus.register_object("/org/freedesktop/FileManager1", description.interfaces[0], self._call, None, None)
+        self._bus.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName",
+                            GLib.Variant("(su)", ("org.freedesktop.FileManager1", 4)), None, 0, -1, None)
+        ready.set()
+        self._loop.run()
+
+    def _call(self, _connection, _sender, _path, _interface, _method, parameters, invocation):
+        self.shown.append(parameters[0])
+        invocation.return_value(None)
+
+
+class TestRestart:
+    def test_program_comes_back_once_from_wherever_it_lies(self, desktop, home, site, page):
+        bundle = home.folder / "Il mio \"Orvalle\" d'oro $HOME `x`.app"
+        shutil.copytree(build_folder() / BUNDLE, bundle, symlinks=True)
+        log = desktop.logs / "restart"
+        variables = home.environment | inherited_options() | {"ORVALLE_APP_URL": site.url}
+        first = processes.spawn([str(bundle / "AppRun")], variables, log)
+        page.wait_loaded()
+        assert Requests(page).ask_json("permessi-stato")["percorso"] == str(bundle)
+        page.leave("push({tipo: 'permessi-riavvia'}); push({tipo: 'permessi-riavvia'})")
+        assert first.wait(40) == 0
+        page.wait_loaded(2)
+        time.sleep(3)
+        running = running_from(bundle)
+        assert len(running) == 1 and first.pid not in running
+        assert len(site.visits) == 2
+        # It is its own master: nothing of it hangs on who started the first one.
+        assert os.getsid(running[0]) == running[0]
+        desktop.run(str(bundle / "AppRun"), "--quit", env=variables)
+        processes.wait_for("end", lambda: not running_from(bundle))
+
+
+def running_from(bundle):
+    """The processes that run the bundle's program."""
+    found = []
+    for entry in os.listdir("/proc"):
+        try:
+            if entry.isdigit() and os.readlink(f"/proc/{entry}/exe") == str(bundle / "bin/orvalle"):
+                found.append(int(entry))
+        except OSError:
+            continue
+    return found

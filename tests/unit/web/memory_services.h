@@ -11,15 +11,17 @@ class MemoryServices {
   explicit MemoryServices(const platform::Platform& platform)
       : notifiche(platform.notificationCentre, platform.settingsPanes, platform.bundle, platform.log),
         archivio(platform.userFolders, platform.background, platform.log),
-        attivita(platform) {}
+        attivita(platform),
+        permessi(platform, notifiche, archivio) {}
   operator const Services&() const { return all_; }
 
   services::Notifiche notifiche;
   services::Archivio archivio;
   services::Attivita attivita;
+  services::Permessi permessi;
 
  private:
-  Services all_{notifiche, archivio, attivita};
+  Services all_{notifiche, archivio, attivita, permessi};
 };
 
 }  // namespace orvalle::web

@@ -220,6 +220,22 @@ TEST_F(RequestsTest, backupFolderIsShown) {
   EXPECT_EQ(system.workspace.folders, std::vector<fs::path>{folder});
 }
 
+TEST_F(RequestsTest, permissionsAreToldAndChanged) {
+  const auto state = base::parseJson(ask("permessi-stato")).value();
+  EXPECT_EQ(base::jsonText(base::jsonMember(state, "notifiche")), "concesso");
+  EXPECT_EQ(base::jsonText(base::jsonMember(state, "cartellaBackup")), folder.string());
+  EXPECT_EQ(ask("permessi-notifiche"), "granted");
+  EXPECT_EQ(ask("permessi-documenti"), "concesso");
+  EXPECT_EQ(ask("permessi-apri"), "-");
+  EXPECT_EQ(ask("permessi-apri", R"("quale":["documenti"])"), "-");
+  EXPECT_TRUE(system.settingsPanes.opened.empty());
+  EXPECT_EQ(ask("permessi-apri", R"("quale":"documenti")"), "-");
+  EXPECT_EQ(system.settingsPanes.opened,
+            std::vector<platform::SettingsPane>{platform::SettingsPane::Documents});
+  EXPECT_EQ(ask("permessi-riavvia"), "-");
+  EXPECT_EQ(system.processes.waitingForExit, std::vector<fs::path>{"/opt/Orvalle.app"});
+}
+
 TEST_F(RequestsTest, laterMessagesWaitForABackup) {
   system.background.hold();
   window().post(R"({"tipo":"backup","id":1,"nome":"a.json","contenuto":"{}"})");
