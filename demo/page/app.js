@@ -1,6 +1,7 @@
 // Puts the application together: state, screens, navigation, the bridge to the desktop and the passing of time.
 
 import { createAwayNotice } from './away.js';
+import { backUpDaily } from './backup.js';
 import { createDesktop } from './desktop.js';
 import { h, icon } from './dom.js';
 import { countdown, inMinutes } from './format.js';
@@ -11,6 +12,7 @@ import * as session from './session.js';
 import { createStore } from './store.js';
 
 const kPostEveryMs = 5000;
+const kBackUpLookMs = 60 * 60 * 1000;
 
 const byId = (id) => document.getElementById(id);
 const now = () => Date.now();
@@ -148,7 +150,14 @@ function tick() {
   screen.tick?.(store.state, moment);
   showRunning(running);
   const over = running !== null && running.remainingMin < 0;
-  if (over && !wasOver) announce('Tempo finito: da ora sei oltre il traguardo.');
+  if (over && !wasOver) {
+    announce('Tempo finito: da ora sei oltre il traguardo.');
+    desktop.request('notifica', {
+      titolo: 'Tempo finito',
+      corpo: 'Da ora sei oltre il traguardo.',
+      tag: 'tempo-finito',
+    });
+  }
   wasOver = over;
   if (!running) return;
   // Half a second early rather than late: the timer runs once a second, and the wall clock may be set back.
@@ -207,3 +216,7 @@ window.addEventListener('storage', (event) => store.reload(event.key));
 buildNavigation();
 post();
 showRoute(router.current);
+
+const backUpIfDue = () => backUpDaily(desktop, store.state);
+backUpIfDue();
+setInterval(backUpIfDue, kBackUpLookMs);

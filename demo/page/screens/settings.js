@@ -4,7 +4,9 @@ import { h } from '../dom.js';
 import { kLongestMinutes } from '../session.js';
 import { shortcuts } from '../shortcuts.js';
 import { activitySection } from './activity.js';
+import { backupSection } from './backup.js';
 import { pairingSection } from './pairing.js';
+import { permissionsSection } from './permissions.js';
 
 const kNotifications = { granted: 'Consentite', denied: 'Non consentite', default: 'Non ancora chieste' };
 
@@ -137,6 +139,8 @@ const sections = [
   { name: null, label: 'Generali', make: general },
   { name: 'avvisi', label: 'Avvisi', make: pairingSection },
   { name: 'attivita', label: 'Attività', make: activitySection },
+  { name: 'backup', label: 'Backup', make: backupSection },
+  { name: 'permessi', label: 'Permessi', make: permissionsSection },
   { name: 'scorciatoie', label: 'Scorciatoie', make: () => ({ element: shortcutList() }) },
   { name: 'google', label: 'Google', make: ({ route }) => ({ element: google(route.query.get('esito')) }) },
 ];

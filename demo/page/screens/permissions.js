@@ -1,0 +1,79 @@
+// The settings' section on what the user and the system let the desktop do.
+
+import { h } from '../dom.js';
+
+const kLookAgainMs = 5000;
+const kWords = {
+  concesso: 'Concesso',
+  negato: 'Negato',
+  'mai-chiesto': 'Mai chiesto',
+  'da-provare': 'Da provare',
+};
+
+function button(text, click) {
+  return h('button', { type: 'button', class: 'secondario', on: { click } }, text);
+}
+
+export function permissionsSection({ desktop }) {
+  if (!desktop.present) return { element: h('p', { class: 'vuoto' }, 'I permessi servono solo nell’app desktop.') };
+
+  const states = {};
+  const row = (name, label, hint, ...buttons) => {
+    states[name] = h('output', { id: `permesso-${name}` }, '…');
+    return h('div', { class: 'voce' }, h('div', {}, label, h('p', { class: 'nota' }, hint)), states[name], buttons);
+  };
+  const facts = h('p', { class: 'nota percorso' });
+
+  async function refresh() {
+    let state = {};
+    try {
+      state = JSON.parse(await desktop.ask('permessi-stato')) ?? {};
+    } catch {
+      // Shown as not known.
+    }
+    for (const [name, output] of Object.entries(states)) output.textContent = kWords[state[name]] ?? 'Non si sa';
+    const signature = state.firmaStabile ? 'firma stabile' : 'senza firma stabile';
+    facts.textContent = state.versione
+      ? `Versione ${state.versione}, ${signature}, in ${state.percorso}. I backup vanno in ${state.cartellaBackup}.`
+      : '';
+  }
+
+  const element = h(
+    'div',
+    { id: 'permessi', class: 'voci' },
+    row(
+      'notifiche',
+      'Notifiche',
+      'Per avvisarti quando il tempo è finito.',
+      button('Chiedi', async () => {
+        await desktop.ask('permessi-notifiche');
+        await refresh();
+      }),
+      button('Impostazioni…', () => desktop.request('permessi-apri', { quale: 'notifiche' })),
+    ),
+    row(
+      'accessibilita',
+      'Titoli delle finestre',
+      'Per il diario delle attività.',
+      button('Scegli…', () => desktop.request('permessi-apri', { quale: 'accessibilita' })),
+    ),
+    row(
+      'documenti',
+      'Cartella dei documenti',
+      'Per i backup.',
+      button('Prova', async () => {
+        const word = await desktop.ask('permessi-documenti');
+        states.documenti.textContent = kWords[word] ?? 'Non si sa';
+      }),
+    ),
+    h(
+      'div',
+      { class: 'voce' },
+      h('div', {}, 'App desktop', facts),
+      button('Riavvia Orvalle', () => desktop.request('permessi-riavvia')),
+    ),
+  );
+  refresh();
+  const timer = setInterval(() => (element.isConnected ? refresh() : clearInterval(timer)), kLookAgainMs);
+  return { element };
+}
