@@ -80,7 +80,7 @@ def test_real_programs_are_recorded_by_their_names(desktop, home, start, page, d
     in_front(desktop, "xterm", ["xterm", "-T", "Un terminale"], "Un terminale")
     time.sleep(LONG_ENOUGH)
     change_defaults(home, accessibilitaConsentita=True)
-    in_front(desktop, "gtk", [sys.executable, foreign.__file__, "Lettera – Città €"], "Lettera – Città €")
+    in_front(desktop, "gtk", [sys.executable, foreign.__file__, "Lettera – Città €", "#20a060"], "Lettera – Città €")
     time.sleep(LONG_ENOUGH)
     in_front(desktop, "qt", [sys.executable, qt_window.__file__, "Conti.ods"], "Conti.ods")
     time.sleep(LONG_ENOUGH)
