@@ -1,6 +1,9 @@
 #include "base/url.h"
 
+#include <algorithm>
+
 #include <boost/url/parse.hpp>
+#include <boost/url/url.hpp>
 #include <boost/url/url_view.hpp>
 
 #include "base/text.h"
@@ -136,6 +139,23 @@ std::optional<Url> Url::parse(std::string_view text) {
   if (parsed->has_scheme()) url.scheme_ = copy(parsed->scheme());
   if (!parsed->encoded_host().empty()) url.host_ = copy(parsed->encoded_host());
   return url;
+}
+
+std::optional<Url> resolve(std::string_view reference, const Url& home) {
+  const auto own = Url::parse(reference);
+  if (!own) return {};
+  if (own->scheme()) return own;
+  const auto from = parseReference(home.text());
+  const auto to = parseReference(reference);
+  urls::url resolved;
+  if (!from || !to || !urls::resolve(*from, *to, resolved)) return {};
+  auto parts = UrlComponents::parse(copy(resolved.buffer()));
+  if (!parts) return {};
+  // The library keeps a path's steps above the root, which lead nowhere.
+  while (parts->path == "/.." || parts->path.starts_with("/../"))
+    parts->path.replace(0, std::min(parts->path.size(), std::string_view("/../").size()), "/");
+  const auto text = parts->text();
+  return text ? Url::parse(*text) : std::nullopt;
 }
 
 }  // namespace orvalle::base

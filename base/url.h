@@ -62,4 +62,8 @@ class Url {
   std::optional<std::string> host_;
 };
 
+/// The reference as an address of its own, relative ones seen from `home` (RFC 3986, 5.2). Absent when it is
+/// empty or not valid, and when it is relative and `home` has no scheme.
+std::optional<Url> resolve(std::string_view reference, const Url& home);
+
 }  // namespace orvalle::base
