@@ -29,13 +29,15 @@ int main(int argc, char** argv) {
   const auto background = native::makeBackground(*loop);
   const auto userFolders = native::makeUserFolders(*environment);
   const auto bundle = native::makeBundle();
-  const auto codeSigning = native::makeCodeSigning();
+  const auto codeSigning = native::makeCodeSigning(*bundle);
   const auto notificationCentre = native::makeNotificationCentre(application, *environment, *bundle);
   const auto settingsPanes = native::makeSettingsPanes(application, *environment, *userFolders);
   const auto processes = native::makeProcesses();
   const auto frontmost = native::makeFrontmost();
   const auto accessibility = native::makeAccessibility(application, *defaults, *alerts, *userFolders);
   const auto inputIdle = native::makeInputIdle();
+  const auto http = native::makeHttpClient();
+  const auto packageTools = native::makePackageTools(*bundle, ORVALLE_UPDATE_SIGNER);
 
   return orvalle::app::run({application,
                             *clock,
@@ -64,5 +66,7 @@ int main(int argc, char** argv) {
                             *processes,
                             *frontmost,
                             *accessibility,
-                            *inputIdle});
+                            *inputIdle,
+                            *http,
+                            *packageTools});
 }

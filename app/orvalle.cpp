@@ -13,6 +13,7 @@
 #include "services/inattivita.h"
 #include "services/notifiche.h"
 #include "services/permessi.h"
+#include "update/aggiornamenti.h"
 #include "web/services.h"
 
 namespace orvalle::app {
@@ -25,7 +26,8 @@ int run(const platform::Platform& platform) {
   services::Archivio archivio(platform.userFolders, platform.background, platform.log);
   services::Attivita attivita(platform);
   services::Permessi permessi(platform, notifiche, archivio);
-  const web::Services services{notifiche, archivio, attivita, permessi};
+  update::Aggiornamenti aggiornamenti(platform, address);
+  const web::Services services{notifiche, archivio, attivita, permessi, aggiornamenti};
   Neighbours neighbours;
   neighbours.makeChannel = [&] {
     return std::make_unique<link::RealtimeChannel>(config, platform.webSockets, platform.loop);
@@ -37,6 +39,8 @@ int run(const platform::Platform& platform) {
   const services::Inattivita inattivita(platform.inputIdle);
   neighbours.fermoDa = [&] { return inattivita.fermoDa(); };
   neighbours.sogliaSecondi = inattivita.sogliaSecondi();
+  neighbours.avviaAggiornamenti = [&] { aggiornamenti.avvia(); };
+  neighbours.controllaAggiornamenti = [&] { aggiornamenti.controlla(false); };
   Controller controller(platform, address, config, services, std::move(neighbours));
   return platform.application.run(controller);
 }

@@ -2,8 +2,11 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "base/subscription.h"
 
 namespace orvalle::platform {
 
@@ -15,6 +18,8 @@ struct Alert {
   std::vector<std::string> buttons;
   /// The one that Return presses.
   std::size_t returnButton = 0;
+  /// The button that closing the window counts as; the last one unless given.
+  std::optional<std::size_t> closing = {};
 };
 
 /// Questions to the user, one at a time: later ones wait their turn while everything else in the program goes
@@ -23,8 +28,12 @@ class Alerts {
  public:
   virtual ~Alerts() = default;
   /// Shows the alert when its turn comes. `done` is called once, on the main loop, with the index of the
-  /// button; closing the window counts as the last button.
+  /// button.
   virtual void show(const Alert& alert, std::function<void(std::size_t button)> done) = 0;
+  /// The same with a bar that moves, 260 by 20 points, under the texts. When the subscription goes first, the
+  /// alert goes too, on show or still waiting, and `done` is not called.
+  [[nodiscard]] virtual base::Subscription showProgress(const Alert& alert,
+                                                        std::function<void(std::size_t button)> done) = 0;
 };
 
 }  // namespace orvalle::platform

@@ -6,6 +6,14 @@
 
 namespace orvalle::platform {
 
+/// Why a bundle cannot be replaced.
+enum class SwapObstacle {
+  /// The program does not run from a bundle.
+  NoBundle,
+  /// The user may not write where the bundle lies.
+  FolderNotWritable,
+};
+
 /// The folder that holds the program with everything that belongs to it, and what it says of itself.
 class Bundle {
  public:
@@ -19,6 +27,12 @@ class Bundle {
   virtual std::optional<std::string> shortVersion() const = 0;
   /// The bundle's folder; outside a bundle the folder of the program's file.
   virtual std::filesystem::path path() const = 0;
+
+  /// What keeps another bundle from taking this one's place now; absent when nothing does.
+  virtual std::optional<SwapObstacle> swapObstacle() const = 0;
+  /// The "CFBundleIdentifier" of the bundle at `path`; absent also when there is no bundle, but something
+  /// else.
+  virtual std::optional<std::string> identifierOf(const std::filesystem::path& path) const = 0;
 
   /// The version as it is shown to people.
   std::string versioneLeggibile() const { return shortVersion().value_or("?"); }

@@ -11,11 +11,13 @@
 #include "platform/environment.h"
 #include "platform/frontmost.h"
 #include "platform/haptics.h"
+#include "platform/http_client.h"
 #include "platform/input_idle.h"
 #include "platform/main_loop.h"
 #include "platform/main_menu.h"
 #include "platform/notification_centre.h"
 #include "platform/open_panel.h"
+#include "platform/package_tools.h"
 #include "platform/pair_view.h"
 #include "platform/panel.h"
 #include "platform/pasteboard.h"
@@ -61,6 +63,8 @@ struct Platform {
   Frontmost& frontmost;
   Accessibility& accessibility;
   InputIdle& inputIdle;
+  HttpClient& http;
+  PackageTools& packageTools;
 };
 
 }  // namespace orvalle::platform

@@ -12,6 +12,8 @@ class UserFolders {
   virtual std::filesystem::path documents() const = 0;
   /// What programs keep for themselves, each in a folder of its own name.
   virtual std::filesystem::path applicationSupport() const = 0;
+  /// For files that nobody misses after the next start of the machine.
+  virtual std::filesystem::path temporary() const = 0;
 };
 
 }  // namespace orvalle::platform

@@ -4,6 +4,7 @@
 #include "services/attivita.h"
 #include "services/notifiche.h"
 #include "services/permessi.h"
+#include "update/aggiornamenti.h"
 
 namespace orvalle::web {
 
@@ -13,6 +14,7 @@ struct Services {
   services::Archivio& archivio;
   services::Attivita& attivita;
   services::Permessi& permessi;
+  update::Aggiornamenti& aggiornamenti;
 };
 
 }  // namespace orvalle::web

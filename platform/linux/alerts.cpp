@@ -3,10 +3,12 @@
 #include <gtk/gtk.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <deque>
 #include <optional>
 #include <utility>
 
+#include "base/liveness.h"
 #include "platform/linux/factory.h"
 #include "platform/linux/glib_ptr.h"
 #include "platform/linux/own_window.h"
@@ -26,6 +28,11 @@ constexpr char kEllipsis[] = "…";
 constexpr int kNarrowest = 300;
 constexpr int kScrolledWidth = 480;
 constexpr int kTallest = 360;
+
+/// Of the bar that moves, in points, and the time between two of its steps, in milliseconds.
+constexpr int kBarWidth = 260;
+constexpr int kBarHeight = 20;
+constexpr guint kBarStep = 100;
 
 /// The text as a label can show it: valid UTF-8, with an ellipsis for what goes on for too long.
 std::string labelText(const std::string& text) {
@@ -51,12 +58,36 @@ std::string labelText(const std::string& text) {
   return shown;
 }
 
+/// A bar that moves as long as this lives.
+class MovingBar {
+ public:
+  explicit MovingBar(GtkWidget* area) : bar_(GObjectPtr<GtkWidget>::share(gtk_progress_bar_new())) {
+    gtk_widget_set_size_request(bar_.get(), kBarWidth, kBarHeight);
+    gtk_widget_set_halign(bar_.get(), GTK_ALIGN_CENTER);
+    gtk_widget_show(bar_.get());
+    gtk_box_pack_end(GTK_BOX(area), bar_.get(), FALSE, FALSE, 0);
+    timer_ = g_timeout_add(kBarStep, step, this);
+  }
+  MovingBar(const MovingBar&) = delete;
+  MovingBar& operator=(const MovingBar&) = delete;
+  ~MovingBar() { g_source_remove(timer_); }
+
+ private:
+  static gboolean step(gpointer self) {
+    gtk_progress_bar_pulse(GTK_PROGRESS_BAR(static_cast<MovingBar*>(self)->bar_.get()));
+    return G_SOURCE_CONTINUE;
+  }
+
+  GObjectPtr<GtkWidget> bar_;
+  guint timer_ = 0;
+};
+
 /// The dialog of one alert.
 class Dialog {
  public:
-  Dialog(const Alert& alert, GtkWindow* parent, std::function<void(std::size_t)> answered)
+  Dialog(const Alert& alert, bool progress, GtkWindow* parent, std::function<void(std::size_t)> answered)
       : answered_(std::move(answered)),
-        last_(alert.buttons.size() - 1),
+        closing_(alert.closing.value_or(alert.buttons.size() - 1)),
         window_(gtk_message_dialog_new(parent, GTK_DIALOG_MODAL, GTK_MESSAGE_OTHER, GTK_BUTTONS_NONE, "%s",
                                        labelText(alert.message).c_str())),
         response_(window_.widget(), "response", G_CALLBACK(responded), this) {
@@ -68,6 +99,7 @@ class Dialog {
       addButton(alert.buttons[button], static_cast<int>(button), button == alert.returnButton);
     gtk_dialog_set_default_response(GTK_DIALOG(dialog), static_cast<int>(alert.returnButton));
     fitTexts(dialog);
+    if (progress) bar_.emplace(gtk_dialog_get_content_area(GTK_DIALOG(dialog)));
     if (!parent) {
       // Holds up none of our other windows, as it belongs to none of them.
       const auto group = GObjectPtr<GtkWindowGroup>::adopt(gtk_window_group_new());
@@ -115,15 +147,16 @@ class Dialog {
   static void responded(GtkDialog*, int response, gpointer self) {
     auto& dialog = *static_cast<Dialog*>(self);
     // Everything but a button closes the window.
-    const auto button = response >= 0 ? static_cast<std::size_t>(response) : dialog.last_;
+    const auto button = response >= 0 ? static_cast<std::size_t>(response) : dialog.closing_;
     // The answer does away with this dialog.
     const auto answered = std::move(dialog.answered_);
     answered(button);
   }
 
   std::function<void(std::size_t)> answered_;
-  std::size_t last_;
+  std::size_t closing_;
   OwnWindow window_;
+  std::optional<MovingBar> bar_;
   SignalConnection response_;
 };
 
@@ -132,29 +165,60 @@ class GtkAlerts final : public Alerts {
   explicit GtkAlerts(NativeApplication& application) : application_(application) {}
 
   void show(const Alert& alert, std::function<void(std::size_t)> done) override {
-    waiting_.emplace_back(alert, std::move(done));
-    showNext();
+    add(alert, false, std::move(done));
+  }
+
+  base::Subscription showProgress(const Alert& alert, std::function<void(std::size_t)> done) override {
+    const auto number = add(alert, true, std::move(done));
+    return base::Subscription(liveness_.guard([this, number] { withdraw(number); }));
   }
 
  private:
+  struct Waiting {
+    std::uint64_t number;
+    Alert alert;
+    bool progress;
+    std::function<void(std::size_t)> done;
+  };
+
+  std::uint64_t add(const Alert& alert, bool progress, std::function<void(std::size_t)> done) {
+    waiting_.push_back({++count_, alert, progress, std::move(done)});
+    // The next may be on show by the time this returns.
+    const auto number = count_;
+    showNext();
+    return number;
+  }
+
+  void withdraw(std::uint64_t number) {
+    const auto found = std::find_if(waiting_.begin(), waiting_.end(),
+                                    [&](const Waiting& each) { return each.number == number; });
+    if (found == waiting_.end()) return;
+    if (found == waiting_.begin()) dialog_.reset();
+    waiting_.erase(found);
+    showNext();
+  }
+
   void showNext() {
     if (dialog_ || waiting_.empty()) return;
-    dialog_.emplace(waiting_.front().first, frontWindow(application_.gtk()),
+    const auto& next = waiting_.front();
+    dialog_.emplace(next.alert, next.progress, frontWindow(application_.gtk()),
                     [this](std::size_t button) { answered(button); });
   }
 
   void answered(std::size_t button) {
     dialog_.reset();
-    const auto done = std::move(waiting_.front().second);
+    const auto done = std::move(waiting_.front().done);
     waiting_.pop_front();
     done(button);
     showNext();
   }
 
   NativeApplication& application_;
+  std::uint64_t count_ = 0;
   /// The first is the one on show.
-  std::deque<std::pair<Alert, std::function<void(std::size_t)>>> waiting_;
+  std::deque<Waiting> waiting_;
   std::optional<Dialog> dialog_;
+  base::Liveness liveness_;
 };
 
 }  // namespace

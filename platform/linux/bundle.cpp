@@ -1,7 +1,10 @@
 #include "platform/bundle.h"
 
-#include <fstream>
-#include <iterator>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
 
 #include "base/json.h"
 #include "platform/linux/factory.h"
@@ -13,6 +16,26 @@ namespace fs = std::filesystem;
 
 constexpr const char* kInformation = "Info.json";
 
+/// More than anybody writes into it.
+constexpr std::size_t kLongestInformation = 1024 * 1024;
+
+/// What a bundle says of itself. A link in the place of the file is not followed, and a pipe not waited for.
+std::optional<base::Json> readInformation(const fs::path& bundle) {
+  const int file = ::open((bundle / kInformation).c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+  if (file < 0) return {};
+  struct stat status {};
+  std::string text;
+  ssize_t got = -1;
+  if (::fstat(file, &status) == 0 && S_ISREG(status.st_mode)) {
+    std::array<char, 4096> buffer;
+    while ((got = ::read(file, buffer.data(), buffer.size())) > 0 && text.size() <= kLongestInformation)
+      text.append(buffer.data(), static_cast<std::size_t>(got));
+  }
+  ::close(file);
+  if (got != 0) return {};
+  return base::parseJson(text);
+}
+
 /// A folder with `Info.json` in it and the program in its `bin`.
 class FolderBundle final : public Bundle {
  public:
@@ -21,8 +44,8 @@ class FolderBundle final : public Bundle {
     std::error_code error;
     if (path_.filename() != "bin" || !fs::is_regular_file(folder / kInformation, error)) return;
     path_ = folder;
-    std::ifstream file(folder / kInformation, std::ios::binary);
-    information_ = base::parseJson(std::string(std::istreambuf_iterator<char>(file), {}));
+    isBundle_ = true;
+    information_ = readInformation(folder);
   }
 
   std::optional<std::string> identifier() const override { return text("CFBundleIdentifier"); }
@@ -30,12 +53,26 @@ class FolderBundle final : public Bundle {
   std::optional<std::string> shortVersion() const override { return text("CFBundleShortVersionString"); }
   fs::path path() const override { return path_; }
 
+  std::optional<SwapObstacle> swapObstacle() const override {
+    // Whatever else has this shape, such as a prefix that programs are installed under, is not ours to
+    // remove.
+    if (!isBundle_ || path_.extension() != ".app") return SwapObstacle::NoBundle;
+    if (::access(path_.parent_path().c_str(), W_OK | X_OK) != 0) return SwapObstacle::FolderNotWritable;
+    return {};
+  }
+
+  std::optional<std::string> identifierOf(const fs::path& path) const override {
+    const auto information = readInformation(path);
+    return information ? base::jsonText(base::jsonMember(*information, "CFBundleIdentifier")) : std::nullopt;
+  }
+
  private:
   std::optional<std::string> text(std::string_view key) const {
     return information_ ? base::jsonText(base::jsonMember(*information_, key)) : std::nullopt;
   }
 
   fs::path path_;
+  bool isBundle_ = false;
   std::optional<base::Json> information_;
 };
 

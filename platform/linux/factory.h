@@ -2,6 +2,7 @@
 
 #include <gtk/gtk.h>
 
+#include <chrono>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -80,7 +81,8 @@ std::unique_ptr<UserFolders> makeUserFolders(const Environment& environment);
 /// The bundle that the running program lies in, and the one that a program's file lies in, if any. Read once.
 std::unique_ptr<Bundle> makeBundle();
 std::unique_ptr<Bundle> makeBundle(const std::filesystem::path& executable);
-std::unique_ptr<CodeSigning> makeCodeSigning();
+/// Reads the signature of the bundle at every call.
+std::unique_ptr<CodeSigning> makeCodeSigning(const Bundle& bundle);
 std::unique_ptr<NotificationCentre> makeNotificationCentre(NativeApplication& application,
                                                            const Environment& environment,
                                                            const Bundle& bundle);
@@ -93,6 +95,11 @@ std::unique_ptr<InputIdle> makeInputIdle();
 /// Keeps the consent in `defaults`, and asks for it by `alerts`.
 std::unique_ptr<Accessibility> makeAccessibility(NativeApplication& application, Defaults& defaults,
                                                  Alerts& alerts, const UserFolders& folders);
+/// Without a need of GTK, these two. A request on which nothing moves for `idle` fails.
+std::unique_ptr<HttpClient> makeHttpClient(std::chrono::seconds idle = std::chrono::seconds(60));
+/// Bundles are verified by the tool in the bundle that runs. Where `signer` is given, a public key, no other
+/// signer counts.
+std::unique_ptr<PackageTools> makePackageTools(const Bundle& bundle, std::string signer = "");
 std::unique_ptr<PairViews> makePairViews(NativeApplication& application, WindowMenu& menu);
 
 }  // namespace orvalle::platform::linuxos

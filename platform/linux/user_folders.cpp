@@ -70,6 +70,8 @@ class DesktopFolders final : public UserFolders {
 
   fs::path applicationSupport() const override { return baseFolder("XDG_DATA_HOME", ".local/share"); }
 
+  fs::path temporary() const override { return g_get_tmp_dir(); }
+
  private:
   fs::path home() const { return environment_.variable("HOME").value_or(g_get_home_dir()); }
 

@@ -16,6 +16,7 @@ int MemoryApplication::run(ApplicationDelegate& delegate) {
 }
 
 void MemoryApplication::terminate() {
+  ++terminations;
   if (!std::exchange(running_, false)) return;
   delegate_->applicationWillTerminate();
 }
@@ -165,8 +166,20 @@ void WebWindowState::start() {
   if (std::exchange(started_, loads.size()) < loads.size()) delegate->didStart(loads.back());
 }
 
+base::Subscription MemoryAlerts::showProgress(const Alert& alert, std::function<void(std::size_t)> done) {
+  waiting.push_back({alert, std::move(done), true, ++count_});
+  return base::Subscription([this, number = count_] {
+    std::erase_if(waiting, [&](const auto& each) { return each.number == number; });
+  });
+}
+
+void MemoryAlerts::close() {
+  const auto& alert = waiting.front().alert;
+  press(alert.closing.value_or(alert.buttons.size() - 1));
+}
+
 void MemoryAlerts::press(std::size_t button) {
-  const auto done = std::move(waiting.front().second);
+  const auto done = std::move(waiting.front().done);
   waiting.pop_front();
   done(button);
 }

@@ -26,6 +26,8 @@ class MemoryApplication : public Application, private ActionTarget {
 
   /// Plays the part of the user while the application runs.
   std::function<void(ApplicationDelegate&)> session;
+  /// How often the end was asked for.
+  int terminations = 0;
 
  private:
   bool responds(std::string_view action) const override;
@@ -161,12 +163,25 @@ class MemoryWebWindows : public WebWindows {
 
 class MemoryAlerts : public Alerts {
  public:
+  struct Waiting {
+    Alert alert;
+    std::function<void(std::size_t)> done;
+    bool progress = false;
+    int number = 0;
+  };
+
   void show(const Alert& alert, std::function<void(std::size_t)> done) override {
-    waiting.emplace_back(alert, std::move(done));
+    waiting.push_back({alert, std::move(done), false, ++count_});
   }
+  base::Subscription showProgress(const Alert& alert, std::function<void(std::size_t)> done) override;
   /// Presses a button of the alert that is shown, the first one waiting.
   void press(std::size_t button);
-  std::deque<std::pair<Alert, std::function<void(std::size_t)>>> waiting;
+  /// Closes the window of the alert that is shown.
+  void close();
+  std::deque<Waiting> waiting;
+
+ private:
+  int count_ = 0;
 };
 
 class MemoryOpenPanel : public OpenPanel {

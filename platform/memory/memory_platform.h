@@ -5,6 +5,7 @@
 #include "platform/memory/memory_link.h"
 #include "platform/memory/memory_services.h"
 #include "platform/memory/memory_stores.h"
+#include "platform/memory/memory_update.h"
 #include "platform/memory/virtual_time.h"
 #include "platform/platform.h"
 
@@ -40,6 +41,8 @@ struct MemoryPlatform {
   MemoryFrontmost frontmost;
   MemoryAccessibility accessibility;
   MemoryInputIdle inputIdle;
+  MemoryHttpClient http;
+  MemoryPackageTools packageTools;
 
   /// Parts of a test's own that stand in for ours.
   struct Own {
@@ -47,6 +50,9 @@ struct MemoryPlatform {
     WebWindows* webWindows = nullptr;
     Alerts* alerts = nullptr;
     OpenPanel* openPanel = nullptr;
+    Bundle* bundle = nullptr;
+    Processes* processes = nullptr;
+    PackageTools* packageTools = nullptr;
   };
   Platform platform() { return platform(Own()); }
   Platform platform(const Own& own) {
@@ -70,14 +76,16 @@ struct MemoryPlatform {
             log,
             background,
             userFolders,
-            bundle,
+            own.bundle ? *own.bundle : bundle,
             codeSigning,
             notificationCentre,
             settingsPanes,
-            processes,
+            own.processes ? *own.processes : processes,
             frontmost,
             accessibility,
-            inputIdle};
+            inputIdle,
+            http,
+            own.packageTools ? *own.packageTools : packageTools};
   }
 };
 

@@ -3,6 +3,8 @@
 #include <deque>
 #include <filesystem>
 #include <functional>
+#include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -31,8 +33,10 @@ class MemoryUserFolders : public UserFolders {
  public:
   std::filesystem::path documents() const override { return documentsFolder; }
   std::filesystem::path applicationSupport() const override { return supportFolder; }
+  std::filesystem::path temporary() const override { return temporaryFolder; }
   std::filesystem::path documentsFolder = "/dev/null/Documenti";
   std::filesystem::path supportFolder = "/dev/null/share";
+  std::filesystem::path temporaryFolder = "/dev/null/tmp";
 };
 
 /// Carries work out at once, or, while held, when a test says so.
@@ -75,10 +79,14 @@ class MemoryBundle : public Bundle {
   std::optional<std::string> version() const override { return versionText; }
   std::optional<std::string> shortVersion() const override { return shortVersionText; }
   std::filesystem::path path() const override { return folder; }
+  std::optional<SwapObstacle> swapObstacle() const override { return obstacle; }
+  /// A bundle in memory has it in a file of its own, "identifier".
+  std::optional<std::string> identifierOf(const std::filesystem::path& path) const override;
   std::optional<std::string> identifierText = "app.orvalle.Orvalle";
   std::optional<std::string> versionText = "7";
   std::optional<std::string> shortVersionText = "1.2.3";
   std::filesystem::path folder = "/opt/Orvalle.app";
+  std::optional<SwapObstacle> obstacle;
 };
 
 class MemoryCodeSigning : public CodeSigning {
@@ -145,13 +153,40 @@ class MemorySettingsPanes : public SettingsPanes {
   std::vector<SettingsPane> opened;
 };
 
+/// A process that was asked for.
+struct ProcessRun {
+  std::filesystem::path program;
+  std::vector<std::string> arguments;
+  std::function<void(const ProcessOutcome&)> done;
+  bool cancelled = false;
+
+  void end(int status = 0, std::string output = "") { done({std::nullopt, status, std::move(output)}); }
+  void fail(std::string reason) { done({std::move(reason), 0, ""}); }
+};
+
 class MemoryProcesses : public Processes {
  public:
   bool startAfterExit(const std::filesystem::path& bundle) override {
     waitingForExit.push_back(bundle);
     return succeeds;
   }
+  base::Subscription run(const std::filesystem::path& program, const std::vector<std::string>& arguments,
+                         std::function<void(const ProcessOutcome&)> done) override {
+    runs.push_back(std::make_shared<ProcessRun>(ProcessRun{program, arguments, std::move(done)}));
+    return base::Subscription([run = runs.back()] { run->cancelled = true; });
+  }
+  std::optional<std::string> startDetached(const std::filesystem::path& program,
+                                           const std::vector<std::string>& arguments) override {
+    if (!succeeds) return "niente da fare";
+    detached.push_back({program, arguments, {}});
+    return {};
+  }
+  int ownId() const override { return 4711; }
+
   std::vector<std::filesystem::path> waitingForExit;
+  /// Everything that was ever run, in order.
+  std::vector<std::shared_ptr<ProcessRun>> runs;
+  std::vector<ProcessRun> detached;
   bool succeeds = true;
 };
 

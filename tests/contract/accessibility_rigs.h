@@ -32,6 +32,7 @@ class NamedFolders : public platform::UserFolders {
  public:
   std::filesystem::path documents() const override { return "/casa/Documenti"; }
   std::filesystem::path applicationSupport() const override { return "/casa/.local/share"; }
+  std::filesystem::path temporary() const override { return "/casa/tmp"; }
 };
 
 class NativeAccessibilityRig {

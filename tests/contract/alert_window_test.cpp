@@ -51,6 +51,33 @@ TEST_F(AlertWindow, returnIsTheFirstButtonAndEscapeTheLast) {
   EXPECT_EQ(answerTo([](GtkWindow* window) { gtk_window_close(window); }), std::vector<std::size_t>{2});
 }
 
+TEST_F(AlertWindow, closingIsTheButtonThatItStandsFor) {
+  platform::Alert alert{"Prova", "", {"Uno", "Due", "Tre"}};
+  alert.closing = 1;
+  pressKey(GTK_WINDOW(show(alert)), GDK_KEY_Escape);
+  EXPECT_TRUE(runUntil([&] { return !answers.empty(); }));
+  EXPECT_EQ(answers, std::vector<std::size_t>{1});
+}
+
+TEST_F(AlertWindow, aProgressAlertHasABarThatMoves) {
+  const auto progress =
+      rig.alerts().showProgress({"Scarico", "Un momento.", {"Annulla"}}, [](std::size_t) {});
+  const auto bars = all(onlyDialog(), GTK_TYPE_PROGRESS_BAR);
+  ASSERT_EQ(bars.size(), 1U);
+  int width = 0;
+  int height = 0;
+  gtk_widget_get_size_request(bars[0], &width, &height);
+  EXPECT_EQ(width, 260);
+  EXPECT_EQ(height, 20);
+  int drawn = 0;
+  g_signal_connect_swapped(bars[0], "draw", G_CALLBACK(+[](int* count) -> gboolean {
+                             ++*count;
+                             return FALSE;
+                           }),
+                           &drawn);
+  EXPECT_TRUE(runUntil([&] { return drawn > 3; }));
+}
+
 TEST_F(AlertWindow, staysOnTheScreenWhateverItSays) {
   std::string lines;
   for (int line = 0; line < 10'000; ++line) lines += "riga " + std::to_string(line) + "\n";

@@ -50,7 +50,7 @@ inline std::vector<GtkWidget*> all(GtkDialog* dialog, GType type) {
 class MemoryAlertsRig {
  public:
   platform::Alerts& alerts() { return alerts_; }
-  std::string message() { return alerts_.waiting.front().first.message; }
+  std::string message() { return alerts_.waiting.front().alert.message; }
   void press(std::size_t button) { alerts_.press(button); }
   bool open() { return !alerts_.waiting.empty(); }
 

@@ -57,6 +57,31 @@ TYPED_TEST(AlertsContract, answerMayAskAgain) {
   EXPECT_EQ(this->answers, (std::vector<std::string>{"Seconda 0", "Ultima 0"}));
 }
 
+TYPED_TEST(AlertsContract, aProgressAlertIsAnsweredLikeAnyOther) {
+  const auto progress = this->rig.alerts().showProgress(
+      {"Scarico", "", {"Annulla"}},
+      [this](std::size_t button) { this->answers.push_back(std::to_string(button)); });
+  EXPECT_EQ(this->rig.message(), "Scarico");
+  this->rig.press(0);
+  EXPECT_EQ(this->answers, std::vector<std::string>{"0"});
+  EXPECT_FALSE(this->rig.open());
+}
+
+TYPED_TEST(AlertsContract, aProgressAlertGoesWithItsSubscription) {
+  auto progress = this->rig.alerts().showProgress({"Scarico", "", {"Annulla"}},
+                                                  [](std::size_t) { ADD_FAILURE() << "answered"; });
+  this->show("Dopo", {"Va bene"});
+  EXPECT_EQ(this->rig.message(), "Scarico");
+  progress.reset();
+  EXPECT_EQ(this->rig.message(), "Dopo");
+  progress = this->rig.alerts().showProgress({"Ancora", "", {"Annulla"}},
+                                             [](std::size_t) { ADD_FAILURE() << "answered"; });
+  progress.reset();
+  this->rig.press(0);
+  EXPECT_FALSE(this->rig.open());
+  EXPECT_EQ(this->answers, std::vector<std::string>{"Dopo 0"});
+}
+
 template <typename Rig>
 class OpenPanelContract : public ::testing::Test {
  protected:

@@ -55,13 +55,19 @@ TEST_F(OrvalleTest, showsASessionThatThePageBrings) {
   EXPECT_EQ(runOnce(), 0);
 }
 
-TEST_F(OrvalleTest, offersNothingThatThisBuildDoesNotHave) {
+TEST_F(OrvalleTest, looksForUpdatesAtLaunchAndOnDemand) {
   system.application.session = [&](platform::ApplicationDelegate&) {
+    const auto address = std::string(ORVALLE_DEFAULT_ADDRESS) + "mac/versione.json?t=";
+    ASSERT_EQ(system.http.requests.size(), 1u);
+    EXPECT_TRUE(system.http.requests[0]->url.starts_with(address)) << system.http.requests[0]->url;
     for (const auto& item : system.statusBar.state.menu->items()) {
-      if (item->title() == "Cerca aggiornamenti…") {
-        EXPECT_FALSE(item->usable(system.application.responderChain())) << item->title();
-      }
+      if (item->title() == "Cerca aggiornamenti…") item->choose(system.application.responderChain());
     }
+    ASSERT_EQ(system.http.requests.size(), 2u);
+    system.http.requests[0]->gotBody({});
+    EXPECT_TRUE(system.alerts.waiting.empty());
+    system.http.requests[1]->gotBody({});
+    EXPECT_EQ(system.alerts.waiting.size(), 1u);
   };
   EXPECT_EQ(runOnce(), 0);
 }

@@ -57,9 +57,9 @@ TEST_F(FinestraPanelsTest, showThePagesAlertWithOneButton) {
   delegate().runAlert("<b>Salvato</b> & fatto", [&] { ++answers; });
   EXPECT_EQ(system.journal, (Texts{"activate", "alert"}));
   ASSERT_EQ(alerts.waiting.size(), 1u);
-  EXPECT_EQ(alerts.waiting[0].first.message, "<b>Salvato</b> & fatto");
-  EXPECT_EQ(alerts.waiting[0].first.informative, "");
-  EXPECT_EQ(alerts.waiting[0].first.buttons, Texts{"Va bene"});
+  EXPECT_EQ(alerts.waiting[0].alert.message, "<b>Salvato</b> & fatto");
+  EXPECT_EQ(alerts.waiting[0].alert.informative, "");
+  EXPECT_EQ(alerts.waiting[0].alert.buttons, Texts{"Va bene"});
   EXPECT_EQ(answers, 0);
   alerts.press(0);
   EXPECT_EQ(answers, 1);
@@ -70,9 +70,9 @@ TEST_F(FinestraPanelsTest, askThePagesQuestionWithTwoButtons) {
   delegate().runConfirm("Eliminare?", [&](bool yes) { answers.push_back(yes); });
   EXPECT_EQ(system.journal, (Texts{"activate", "alert"}));
   ASSERT_EQ(alerts.waiting.size(), 1u);
-  EXPECT_EQ(alerts.waiting[0].first.message, "Eliminare?");
-  EXPECT_EQ(alerts.waiting[0].first.informative, "");
-  EXPECT_EQ(alerts.waiting[0].first.buttons, (Texts{"Va bene", "Annulla"}));
+  EXPECT_EQ(alerts.waiting[0].alert.message, "Eliminare?");
+  EXPECT_EQ(alerts.waiting[0].alert.informative, "");
+  EXPECT_EQ(alerts.waiting[0].alert.buttons, (Texts{"Va bene", "Annulla"}));
   EXPECT_TRUE(answers.empty());
   alerts.press(0);
   EXPECT_EQ(answers, std::vector<bool>{true});

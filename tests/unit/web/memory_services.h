@@ -12,16 +12,20 @@ class MemoryServices {
       : notifiche(platform.notificationCentre, platform.settingsPanes, platform.bundle, platform.log),
         archivio(platform.userFolders, platform.background, platform.log),
         attivita(platform),
-        permessi(platform, notifiche, archivio) {}
+        permessi(platform, notifiche, archivio),
+        address(platform.environment, platform.defaults, "https://default.example/"),
+        aggiornamenti(platform, address) {}
   operator const Services&() const { return all_; }
 
   services::Notifiche notifiche;
   services::Archivio archivio;
   services::Attivita attivita;
   services::Permessi permessi;
+  link::WebAddress address;
+  update::Aggiornamenti aggiornamenti;
 
  private:
-  Services all_{notifiche, archivio, attivita, permessi};
+  Services all_{notifiche, archivio, attivita, permessi, aggiornamenti};
 };
 
 }  // namespace orvalle::web

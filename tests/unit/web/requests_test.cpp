@@ -102,9 +102,10 @@ TEST(RequestTable, hasTheNamesInTheirOrder) {
 }
 
 TEST_F(RequestsTest, answerOnlyWhereAnAnswerIsDue) {
-  const Texts answered = {"stato-permesso",     "permesso",          "backup",          "backup-ultimo",
-                          "backup-elenco",      "attivita-stato",    "attivita-giorno", "permessi-stato",
-                          "permessi-notifiche", "permessi-documenti"};
+  const Texts answered = {"stato-permesso",     "permesso",           "backup",
+                          "backup-ultimo",      "backup-elenco",      "attivita-stato",
+                          "attivita-giorno",    "permessi-stato",     "permessi-notifiche",
+                          "permessi-documenti", "aggiornamenti-stato"};
   for (const auto& row : requestTable()) {
     const bool due = std::find(answered.begin(), answered.end(), row.tipo) != answered.end();
     EXPECT_EQ(ask(std::string(row.tipo)) != "-", due) << row.tipo;
@@ -190,6 +191,30 @@ TEST_F(RequestsTest, settingsForNotificationsOpen) {
   EXPECT_EQ(ask("apri-preferenze"), "-");
   EXPECT_EQ(system.settingsPanes.opened,
             std::vector<platform::SettingsPane>{platform::SettingsPane::Notifications});
+}
+
+TEST_F(RequestsTest, updatesAreSwitchedAndDescribed) {
+  for (const std::string on : {"true", "false", "1", "\"true\"", "null"}) {
+    ask("aggiornamenti-automatici", "\"acceso\":true");
+    EXPECT_EQ(ask("aggiornamenti-automatici", "\"acceso\":" + on), "-");
+    EXPECT_EQ(system.defaults.boolean("aggiornamentiAutomatici"), on == "true") << on;
+  }
+  EXPECT_EQ(ask("aggiornamenti-stato"), R"({"versione":"1.2.3","build":7,"automatico":false})");
+}
+
+TEST_F(RequestsTest, updatesAreFoundAndInstalled) {
+  system.userFolders.temporaryFolder = root;
+  EXPECT_EQ(ask("aggiornamenti-installa"), "-");
+  EXPECT_TRUE(system.http.requests.empty());
+  EXPECT_EQ(ask("aggiornamenti-cerca"), "-");
+  ASSERT_EQ(system.http.requests.size(), 1u);
+  system.http.requests[0]->gotBody(R"({"versione":"2","build":8,"url":"/x.zip"})");
+  system.time.runPosted();
+  ASSERT_EQ(window().scripts.size(), 1u);
+  EXPECT_EQ(textOf(window().scripts[0], 7), R"({"esito":"trovato","versione":"2","build":8})");
+  post(R"({"tipo":"aggiornamenti-installa"})");
+  ASSERT_EQ(system.http.requests.size(), 2u);
+  EXPECT_EQ(system.http.requests[1]->url, "https://app.example/x.zip");
 }
 
 TEST_F(RequestsTest, backupsAreWrittenAndTold) {

@@ -1,0 +1,64 @@
+#include "tests/unit/update/aggiornamenti_fixture.h"
+
+/// The offer of a newer release.
+namespace orvalle::update {
+namespace {
+
+constexpr char kReopens[] = "L'app si chiude e si riapre da sola: quello che stai facendo resta dov'è.";
+
+class PropostaTest : public AggiornamentiFixture {
+ protected:
+  PropostaTest() { system.userFolders.temporaryFolder = testing::TempDir(); }
+  void offer(const std::string& more = "") {
+    aggiornamenti.controlla(true);
+    answer(manifest(6, more));
+    ASSERT_EQ(system.alerts.waiting.size(), 1u);
+  }
+  bool downloads() { return !request().file.empty(); }
+};
+
+TEST_F(PropostaTest, putsTheNoteFirst) {
+  offer(R"(,"note":"<b>Più</b> veloce")");
+  EXPECT_EQ(shown().at(1), "<b>Più</b> veloce\n\n" + std::string(kReopens));
+}
+
+TEST_F(PropostaTest, saysOnlyWhatHappensWithoutANote) {
+  offer(R"(,"note":"")");
+  EXPECT_EQ(shown().at(1), kReopens);
+}
+
+TEST_F(PropostaTest, downloadsWhenTheUserAgrees) {
+  offer();
+  system.alerts.press(0);
+  EXPECT_TRUE(downloads());
+  EXPECT_EQ(request().url, "https://app.example/x.zip");
+  EXPECT_FALSE(system.defaults.value("aggiornamentoSaltato"));
+}
+
+TEST_F(PropostaTest, asksAgainLaterWhenTheUserPutsItOff) {
+  offer();
+  system.alerts.press(1);
+  EXPECT_EQ(system.defaults.writes, 0);
+  offer();
+  EXPECT_FALSE(downloads());
+}
+
+TEST_F(PropostaTest, isPutOffWhenItsWindowIsClosed) {
+  offer();
+  system.alerts.close();
+  EXPECT_EQ(system.defaults.writes, 0);
+  EXPECT_FALSE(downloads());
+}
+
+TEST_F(PropostaTest, isNotMadeAgainWhenTheUserSkipsIt) {
+  offer();
+  system.alerts.press(2);
+  EXPECT_EQ(system.defaults.value("aggiornamentoSaltato"), platform::Defaults::Value(std::int64_t{6}));
+  EXPECT_FALSE(downloads());
+  aggiornamenti.controlla(true);
+  answer(manifest(6));
+  EXPECT_TRUE(system.alerts.waiting.empty());
+}
+
+}  // namespace
+}  // namespace orvalle::update
