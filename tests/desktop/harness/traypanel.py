@@ -1,5 +1,7 @@
 """The tray of the desktop's panel, used with the mouse."""
 
+import time
+
 from gi.repository import GLib
 
 from . import processes
@@ -53,6 +55,8 @@ class TrayPanel:
     def close_menu(self):
         self._desktop.hand.key("Escape")
         processes.wait_for("the tray menu closed", lambda: self.menu_window() is None)
+        # The panel takes a moment more to let go of the pointer: a click now would only end that.
+        time.sleep(0.7)
 
     def rows(self):
         """The texts of the visible rows; "—" for a separator."""
