@@ -6,6 +6,7 @@
 #include <thread>
 #include <utility>
 
+#include "base/liveness.h"
 #include "platform/linux/factory.h"
 
 namespace orvalle::platform::linuxos {
@@ -31,7 +32,8 @@ class WorkerThread final : public Background {
   void run(std::function<void()> work, std::function<void()> done) override {
     {
       const std::lock_guard lock(mutex_);
-      waiting_.push_back({std::move(work), std::move(done)});
+      // What has been posted when this goes stays with the loop, and must not be told any more.
+      waiting_.push_back({std::move(work), liveness_.guard(std::move(done))});
     }
     changed_.notify_one();
     if (!thread_.joinable()) thread_ = std::thread([this] { carryOut(); });
@@ -65,6 +67,7 @@ class WorkerThread final : public Background {
   std::deque<Job> waiting_;
   bool ending_ = false;
   std::thread thread_;
+  base::Liveness liveness_;
 };
 
 }  // namespace

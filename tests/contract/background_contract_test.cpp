@@ -96,6 +96,7 @@ TEST(NativeBackground, finishesWhatItWasGivenBeforeItGoesAndTellsNobody) {
     auto rig = std::make_unique<NativeBackgroundRig>();
     for (int i = 0; i < 100; ++i) rig->background().run([&] { ++work; }, [&work] { work = -1000; });
   }
+  runFor(std::chrono::milliseconds(50));
   EXPECT_EQ(work, 100);
 }
 
