@@ -142,7 +142,7 @@ def test_page_turns_the_diary_on_and_off(home, orvalle, window, page, diary):
     page.push({"tipo": "attivita-accendi"})
     wait_for("off", lambda: home.defaults().get("attivitaAccesa") is False)
     # Stopped, it has saved the day so far.
-    wait_for("the day's file", diary.folder.exists)
+    wait_for("the day's file", lambda: any(diary.folder.glob("*.json")))
     assert diary.blocks() == []
     page.push({"tipo": "attivita-stato", "id": 7})
     page.push({"tipo": "attivita-giorno", "id": 8, "giorno": diary.file.stem})
