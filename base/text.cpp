@@ -51,6 +51,17 @@ bool isValidUtf8(std::string_view text) {
   return true;
 }
 
+std::string wellFormed(std::string_view text) {
+  std::string whole;
+  whole.reserve(text.size());
+  while (!text.empty()) {
+    const auto length = firstCodePoint(text).length;
+    whole += length ? text.substr(0, length) : "\xEF\xBF\xBD";
+    text.remove_prefix(length ? length : 1);
+  }
+  return whole;
+}
+
 std::string_view firstCharacter(std::string_view text) {
   if (text.empty()) return text;
   // Between two ASCII characters there is always a boundary, but for CR LF: no need to ask the tables.

@@ -8,6 +8,9 @@ namespace orvalle::base {
 /// Whether the bytes are well-formed UTF-8 (no overlong forms, no surrogates, nothing above U+10FFFF).
 bool isValidUtf8(std::string_view text);
 
+/// The text with U+FFFD in place of every byte that is not part of well-formed UTF-8.
+std::string wellFormed(std::string_view text);
+
 /// The text on one line: every line break (LF, CR, VT, FF, NEL, U+2028, U+2029; CR LF counts once) becomes
 /// one blank.
 std::string onOneLine(std::string_view text);

@@ -7,7 +7,8 @@ import sys
 
 INCLUDE = re.compile(r'^\s*#\s*(?:include|import)\s*(["<])([^">]+)[">]', re.MULTILINE)
 NATIVE = re.compile(r"^(gtk|gdk|glib|gio|gobject|pango|cairo|webkit2?|jsc|libsoup|libdbusmenu[\w-]*|X11|wayland-\w+|"
-                    r"AppKit|Foundation|WebKit|Cocoa)(/|\.h$|-)")
+                    r"AppKit|Foundation|WebKit|Cocoa|UserNotifications|Security|ApplicationServices|CoreFoundation|CoreGraphics|"
+                    r"dispatch|objc|os)(/|\.h$|-)")
 SYSTEMS = ("linux", "macos")
 
 # Each layer may include itself and these; a test or a benchmark may include everything.
@@ -63,7 +64,7 @@ def violations(root):
         name = path.relative_to(root).as_posix()
         if path.suffix != ".py":
             yield from wrong_includes(root, name, path.read_text(encoding="utf-8"))
-        if path.suffix in (".c", ".cpp", ".py") and not is_listed(root, path):
+        if path.suffix in (".c", ".cpp", ".m", ".mm", ".py") and not is_listed(root, path):
             yield f"{name}: in no CMakeLists.txt"
 
 

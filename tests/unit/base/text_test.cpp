@@ -45,6 +45,25 @@ TEST_F(TextTest, refusesWhatIsNotUtf8) {
   }
 }
 
+TEST_F(TextTest, putsAReplacementForEachByteThatIsNotUtf8) {
+  struct Row {
+    std::string_view text;
+    std::string_view whole;
+  };
+  for (const auto& row : {
+           Row{"", ""},
+           Row{"caffè 🎯", "caffè 🎯"},
+           Row{"a\0b"sv, "a\0b"sv},
+           Row{"\xFF", "\uFFFD"},
+           Row{"a\x80\xFF z", "a\uFFFD\uFFFD z"},
+           Row{"cut \xF0\x9F\x8E", "cut \uFFFD\uFFFD\uFFFD"},
+           Row{"\xED\xA0\x80!", "\uFFFD\uFFFD\uFFFD!"},
+           Row{"\xC3(è", "\uFFFD(è"},
+       }) {
+    EXPECT_EQ(wellFormed(row.text), row.whole) << ::testing::PrintToString(std::string(row.text));
+  }
+}
+
 TEST_F(TextTest, turnsEachLineBreakIntoOneBlank) {
   struct Row {
     std::string_view text;

@@ -1,0 +1,3 @@
+#pragma once
+
+#import <CoreGraphics/CGGeometry.h>

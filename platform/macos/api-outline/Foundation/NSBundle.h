@@ -1,0 +1,18 @@
+// From: developer.apple.com, "NSBundle". Binding: xamarin-macios src/foundation.cs.
+#pragma once
+
+#import <Foundation/NSDictionary.h>
+#import <Foundation/NSURL.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+@interface NSBundle : NSObject
+@property(class, readonly, strong) NSBundle* mainBundle;
++ (nullable instancetype)bundleWithPath:(NSString*)path;
+@property(readonly, copy) NSString* bundlePath;
+@property(readonly, copy) NSURL* bundleURL;
+@property(nullable, readonly, copy) NSString* bundleIdentifier;
+@property(nullable, readonly, copy) NSDictionary<NSString*, id>* infoDictionary;
+@end
+
+NS_ASSUME_NONNULL_END

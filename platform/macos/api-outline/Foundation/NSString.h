@@ -1,0 +1,22 @@
+// From: developer.apple.com, "NSString". Binding: xamarin-macios src/foundation.cs.
+#pragma once
+
+#import <Foundation/NSObject.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+@class NSData;
+
+typedef NSUInteger NSStringEncoding;
+enum : NSStringEncoding { NSUTF8StringEncoding = 4 };
+
+@interface NSString : NSObject <NSCopying>
+@property(readonly) NSUInteger length;
+- (nullable instancetype)initWithBytes:(const void*)bytes
+                                length:(NSUInteger)len
+                              encoding:(NSStringEncoding)encoding;
+- (BOOL)isEqualToString:(NSString*)aString;
+- (nullable NSData*)dataUsingEncoding:(NSStringEncoding)encoding allowLossyConversion:(BOOL)lossy;
+@end
+
+NS_ASSUME_NONNULL_END

@@ -1,0 +1,21 @@
+// From: developer.apple.com, "NSURLRequest". Binding: xamarin-macios src/foundation.cs.
+#pragma once
+
+#import <Foundation/NSDate.h>
+#import <Foundation/NSURL.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+typedef NS_ENUM(NSUInteger, NSURLRequestCachePolicy) {
+  NSURLRequestUseProtocolCachePolicy = 0,
+  NSURLRequestReloadIgnoringLocalCacheData = 1,
+};
+
+@interface NSURLRequest : NSObject <NSCopying>
++ (instancetype)requestWithURL:(NSURL*)URL
+                   cachePolicy:(NSURLRequestCachePolicy)cachePolicy
+               timeoutInterval:(NSTimeInterval)timeoutInterval;
+@property(nullable, readonly, copy) NSURL* URL;
+@end
+
+NS_ASSUME_NONNULL_END

@@ -1,0 +1,87 @@
+#!/usr/bin/python3
+"""Type-checks the macOS front end with clang, on any system, against the outline of the platform's interface.
+
+The target is a Mac, so that availability and deprecation count; the C++ library and Boost are this system's. Before
+the front end, mistakes that must be found are shown to the compiler. Prints what it says; fails when there is anything."""
+
+import concurrent.futures
+import os
+import pathlib
+import re
+import subprocess
+import sys
+import tempfile
+
+COMPILER = "clang++"
+LANGUAGE = ("-x", "objective-c++", "-std=c++20", "-fobjc-arc", "-fblocks", "-fsyntax-only")
+WARNINGS = ("-Wall", "-Wextra", "-Wpedantic", "-Werror", "-Wshadow", "-Wnon-virtual-dtor", "-Woverloaded-virtual",
+            "-Wno-nullability-extension", "-Wunguarded-availability", "-Wnullability-completeness",
+            "-Wnullable-to-nonnull-conversion", "-Wundeclared-selector", "-Wstrict-selector-match")
+# As the program's build defines them.
+DEFINITIONS = ("-DORVALLE_VERSION=\"0\"", "-DORVALLE_BUILD=\"1\"", "-DORVALLE_UPDATE_SIGNER=\"\"")
+MISTAKES = {
+    "a selector that does not exist": ("void f(NSURL* u) { (void)[u absoluteText]; }", "no visible @interface"),
+    "an argument of another type": ("void f() { (void)[NSURL URLWithString:@1]; }", "cannot initialize a parameter"),
+    "nothing where something is needed": ("void f() { (void)[NSURL URLWithString:nil]; }", "null passed"),
+    "a result that may be nothing, as an argument": (
+        "void f(NSURL* u) { (void)[NSURL fileURLWithPath:u.path]; }", "nullable pointer"),
+    "what is newer than the oldest system": (
+        "@interface A : NSObject\n- (void)b API_AVAILABLE(macos(14.0));\n@end\nvoid f(A* a) { [a b]; }",
+        "only available on macOS 14"),
+    "what is deprecated": (
+        "@interface A : NSObject\n- (void)b API_DEPRECATED(\"c\", macos(10.0, 12.0));\n@end\nvoid f(A* a) { [a b]; }",
+        "deprecated"),
+    "a method that the protocol wants": (
+        "@protocol P\n- (void)b;\n@end\n@interface A : NSObject <P>\n@end\n@implementation A\n@end", "not implemented"),
+}
+
+
+def library_folders():
+    """Where this system's compiler finds the C++ library and everything else."""
+    said = subprocess.run([COMPILER, "-x", "c++", "-E", "-v", os.devnull], stdin=subprocess.DEVNULL,
+                          capture_output=True, text=True, check=True).stderr
+    listed = re.search(r"#include <...> search starts here:\n(.*?)End of search list", said, re.DOTALL).group(1)
+    folders = [line.strip() for line in listed.splitlines()]
+    # The compiler's own headers come with any target.
+    return [folder for folder in folders if not re.search(r"/clang/[\d.]+/include$", folder)]
+
+
+def command(root):
+    system = [word for folder in library_folders() for word in ("-isystem", folder)]
+    # The C library has macros with these names, and shows its declarations to GNU systems only.
+    names = ("-U__nonnull", "-U__nullable", "-U__null_unspecified", "-D_GNU_SOURCE", "-D__linux__")
+    return [COMPILER, "--target=x86_64-apple-macosx13.0", *LANGUAGE, *WARNINGS, *DEFINITIONS, *names, "-nostdinc++", *system,
+            "-I", str(root / "platform/macos/api-outline"), "-I", str(root)]
+
+
+def complaints(words, source):
+    result = subprocess.run([*words, str(source)], stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False)
+    return result.stderr + ("" if result.returncode == 0 or result.stderr else f"{source}: status {result.returncode}")
+
+
+def missed_mistakes(words):
+    with tempfile.TemporaryDirectory() as folder:
+        for number, (what, (code, complaint)) in enumerate(MISTAKES.items()):
+            source = pathlib.Path(folder) / f"{number}.mm"
+            source.write_text(f"#import <Foundation/Foundation.h>\n{code}\n", encoding="utf-8")
+            said = complaints(words, source)
+            if complaint not in said:
+                yield f"The check does not find {what}:\n{said}"
+
+
+def main():
+    root = pathlib.Path(sys.argv[1])
+    sources = [*sorted((root / "platform/macos").glob("*.mm")), *sorted((root / "app").glob("main_*.mm"))]
+    if not sources:
+        sys.exit("no source found")
+    words = command(root)
+    found = list(missed_mistakes(words))
+    with concurrent.futures.ThreadPoolExecutor(2) as pool:
+        found += [said for said in pool.map(lambda source: complaints(words, source), sources) if said]
+    if found:
+        sys.exit("\n".join(found))
+    print(f"{len(sources)} files use the platform as it is declared.")
+
+
+if __name__ == "__main__":
+    main()
