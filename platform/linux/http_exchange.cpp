@@ -3,6 +3,8 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/addresses.h"
+
 namespace orvalle::platform::linuxos {
 namespace {
 
@@ -21,19 +23,10 @@ GObjectPtr<SoupMessage> makeRequest(GUri* uri) {
   return request;
 }
 
-bool isRedirect(int status) {
-  return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
-}
-
-bool isEncrypted(GUri* uri) {
-  return std::string_view(g_uri_get_scheme(uri)) == "https";
-}
-
-/// What is encrypted stays so, and what is not stays on its host.
 bool mayLead(GUri* from, GUri* to) {
-  if (isEncrypted(to)) return true;
-  const char* host = g_uri_get_host(to);
-  return !isEncrypted(from) && host && g_ascii_strcasecmp(g_uri_get_host(from), host) == 0;
+  const GlibPtr<char> start(g_uri_to_string(from));
+  const GlibPtr<char> end(g_uri_to_string(to));
+  return mayRedirect(start.get(), end.get());
 }
 
 }  // namespace

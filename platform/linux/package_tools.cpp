@@ -2,8 +2,8 @@
 
 #include <utility>
 
+#include "platform/archive_listing.h"
 #include "platform/bundle.h"
-#include "platform/linux/archive_listing.h"
 #include "platform/linux/factory.h"
 
 namespace orvalle::platform::linuxos {

@@ -1,11 +1,9 @@
-#include "platform/linux/archive_listing.h"
+#include "platform/archive_listing.h"
 
 #include <gtest/gtest.h>
 
-namespace orvalle::contract {
+namespace orvalle::platform {
 namespace {
-
-using platform::linuxos::judgeListing;
 
 constexpr std::uintmax_t kEach = 4096;
 
@@ -59,4 +57,4 @@ TEST(ArchiveListing, refusesTooMuch) {
 }
 
 }  // namespace
-}  // namespace orvalle::contract
+}  // namespace orvalle::platform

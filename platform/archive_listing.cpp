@@ -1,10 +1,10 @@
-#include "platform/linux/archive_listing.h"
+#include "platform/archive_listing.h"
 
 #include <algorithm>
 #include <charconv>
 #include <optional>
 
-namespace orvalle::platform::linuxos {
+namespace orvalle::platform {
 namespace {
 
 /// Each needs a block on the disk, and a place in its folder.
@@ -85,4 +85,4 @@ std::variant<std::uintmax_t, std::string> judgeListing(std::string_view listing)
   return total;
 }
 
-}  // namespace orvalle::platform::linuxos
+}  // namespace orvalle::platform
