@@ -2,7 +2,9 @@
 """Type-checks the macOS front end with clang, on any system, against the outline of the platform's interface.
 
 The target is a Mac, so that availability and deprecation count; the C++ library and Boost are this system's. Before
-the front end, mistakes that must be found are shown to the compiler. Prints what it says; fails when there is anything."""
+the front end, mistakes that must be found are shown to the compiler. It has nothing against a method that nobody
+calls, such as an optional one of a delegate with a slip in its name: those are looked for here. Prints what is found;
+fails when there is anything."""
 
 import concurrent.futures
 import os
@@ -34,6 +36,11 @@ MISTAKES = {
     "a method that the protocol wants": (
         "@protocol P\n- (void)b;\n@end\n@interface A : NSObject <P>\n@end\n@implementation A\n@end", "not implemented"),
 }
+
+BLOCK = re.compile(r"^@(interface|protocol|implementation)\b(?![^\n{]*;)(.*?)^@end", re.MULTILINE | re.DOTALL)
+METHOD = re.compile(r"^[-+]\s*\((?:[^()]|\([^()]*\))*\)\s*([^;{]*)", re.MULTILINE)
+PROPERTY = re.compile(r"^@property(\([^)]*\))?[^;]*?(\w+)(?:\s+API_\w+\(.*?\))?;", re.MULTILINE | re.DOTALL)
+SLIP = "@implementation A\n- (void)userNotificationCentre:(id)centre willPresent:(void (^)(int))it {\n}\n@end\n"
 
 
 def library_folders():
@@ -69,6 +76,31 @@ def missed_mistakes(words):
                 yield f"The check does not find {what}:\n{said}"
 
 
+def selector(words):
+    """The name of a method, from what is written between its result and its body."""
+    shorter = re.sub(r"\([^()]*\)", " ", words)
+    if shorter != words:
+        return selector(shorter)
+    parts = re.findall(r"(\w+)\s*:", words)
+    return "".join(f"{part}:" for part in parts) or words.split()[0]
+
+
+def methods(text, kinds):
+    found = set()
+    for _, body in (block for block in BLOCK.findall(text) if block[0] in kinds):
+        found |= {selector(words) for words in METHOD.findall(body)}
+        for attributes, name in PROPERTY.findall(body):
+            getter = re.search(r"getter\s*=\s*(\w+)", attributes)
+            found |= {getter.group(1) if getter else name, f"set{name[0].upper()}{name[1:]}:"}
+    return found
+
+
+def uncalled_methods(text, declared):
+    """Those that neither a header nor the file itself knows of."""
+    used = set(re.findall(r"@selector\(([\w:]+)\)", text))
+    return sorted(methods(text, ("implementation",)) - methods(text, ("interface", "protocol")) - declared - used)
+
+
 def main():
     root = pathlib.Path(sys.argv[1])
     sources = [*sorted((root / "platform/macos").glob("*.mm")), *sorted((root / "app").glob("main_*.mm"))]
@@ -76,6 +108,12 @@ def main():
         sys.exit("no source found")
     words = command(root)
     found = list(missed_mistakes(words))
+    headers = sorted((root / "platform/macos").rglob("*.h"))
+    declared = set().union(*(methods(header.read_text(encoding="utf-8"), ("interface", "protocol")) for header in headers))
+    if uncalled_methods(SLIP, declared) != ["userNotificationCentre:willPresent:"]:
+        found.append("The check does not find a method that nobody calls")
+    found += [f"{source}: nobody declares or uses {name}" for source in sources
+              for name in uncalled_methods(source.read_text(encoding="utf-8"), declared)]
     with concurrent.futures.ThreadPoolExecutor(2) as pool:
         found += [said for said in pool.map(lambda source: complaints(words, source), sources) if said]
     if found:

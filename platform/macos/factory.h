@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <memory>
+#include <string>
 
 #include "platform/platform.h"
 
@@ -15,7 +16,8 @@ std::unique_ptr<Clock> makeClock();
 std::unique_ptr<MainLoop> makeMainLoop();
 std::unique_ptr<Environment> makeEnvironment();
 std::unique_ptr<SystemLog> makeSystemLog();
-std::unique_ptr<Defaults> makeDefaults();
+/// The program's own settings, or those of another name.
+std::unique_ptr<Defaults> makeDefaults(const std::string& suite = "");
 std::unique_ptr<Workspace> makeWorkspace();
 std::unique_ptr<Haptics> makeHaptics();
 std::unique_ptr<Screen> makeScreen();

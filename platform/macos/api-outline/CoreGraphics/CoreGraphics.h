@@ -1,3 +1,4 @@
 #pragma once
 
+#import <CoreGraphics/CGEventSource.h>
 #import <CoreGraphics/CGGeometry.h>

@@ -9,9 +9,12 @@ NS_ASSUME_NONNULL_BEGIN
 
 @interface NSUserDefaults : NSObject
 @property(class, readonly, strong) NSUserDefaults* standardUserDefaults;
+- (instancetype)init NS_DESIGNATED_INITIALIZER;
+- (nullable instancetype)initWithSuiteName:(nullable NSString*)suitename NS_DESIGNATED_INITIALIZER;
 - (nullable id)objectForKey:(NSString*)defaultName;
 - (void)setObject:(nullable id)value forKey:(NSString*)defaultName;
 - (nullable NSString*)stringForKey:(NSString*)defaultName;
+- (BOOL)synchronize;
 @end
 
 NS_ASSUME_NONNULL_END

@@ -17,6 +17,7 @@ NS_ASSUME_NONNULL_BEGIN
 + (NSNumber*)numberWithUnsignedLong:(unsigned long)value;
 + (NSNumber*)numberWithDouble:(double)value;
 @property(readonly) BOOL boolValue;
+@property(readonly) unsigned int unsignedIntValue;
 @property(readonly) long long longLongValue;
 @property(readonly) double doubleValue;
 @end

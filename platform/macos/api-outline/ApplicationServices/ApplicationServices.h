@@ -1,0 +1,29 @@
+// From: developer.apple.com, "AXUIElement". No binding has these: what the documentation says of them is all.
+#pragma once
+
+#import <CoreFoundation/CoreFoundation.h>
+#import <CoreGraphics/CoreGraphics.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+typedef const struct __AXUIElement* AXUIElementRef;
+typedef int32_t AXError;
+enum : AXError { kAXErrorSuccess = 0 };
+
+#define kAXFocusedWindowAttribute CFSTR("AXFocusedWindow")
+#define kAXTitleAttribute CFSTR("AXTitle")
+
+extern "C" {
+extern const CFStringRef kAXTrustedCheckOptionPrompt API_AVAILABLE(macos(10.9));
+
+Boolean AXIsProcessTrusted(void);
+Boolean AXIsProcessTrustedWithOptions(CFDictionaryRef _Nullable options) API_AVAILABLE(macos(10.9));
+CFTypeID AXUIElementGetTypeID(void);
+__attribute__((cf_returns_retained)) AXUIElementRef AXUIElementCreateApplication(int pid);
+AXError AXUIElementSetMessagingTimeout(AXUIElementRef element, float timeoutInSeconds);
+AXError AXUIElementCopyAttributeValue(AXUIElementRef element, CFStringRef attribute,
+                                      CFTypeRef _Nullable
+                                      __attribute__((cf_returns_retained)) * _Nonnull value);
+}
+
+NS_ASSUME_NONNULL_END
