@@ -22,6 +22,10 @@ struct NavigationAction {
 
 enum class NavigationPolicy { Allow, Cancel };
 
+/// Descriptions of failures for which systems have no text of their own.
+inline constexpr char kAddressBlockedText[] = "L'indirizzo non si può aprire.";
+inline constexpr char kPageProcessEndedText[] = "Il processo della pagina si è chiuso.";
+
 /// What a web window tells and asks its owner, on the main loop. Every `done` must be called exactly once,
 /// also when the answer comes late; the page's script waits for it while everything else goes on.
 class WebWindowDelegate {

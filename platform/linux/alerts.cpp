@@ -3,12 +3,10 @@
 #include <gtk/gtk.h>
 
 #include <algorithm>
-#include <cstdint>
-#include <deque>
 #include <optional>
 #include <utility>
 
-#include "base/liveness.h"
+#include "platform/alert_queue.h"
 #include "platform/linux/factory.h"
 #include "platform/linux/glib_ptr.h"
 #include "platform/linux/own_window.h"
@@ -83,7 +81,7 @@ class MovingBar {
 };
 
 /// The dialog of one alert.
-class Dialog {
+class Dialog final : public AlertQueue::Dialog {
  public:
   Dialog(const Alert& alert, bool progress, GtkWindow* parent, std::function<void(std::size_t)> answered)
       : answered_(std::move(answered)),
@@ -160,71 +158,12 @@ class Dialog {
   SignalConnection response_;
 };
 
-class GtkAlerts final : public Alerts {
- public:
-  explicit GtkAlerts(NativeApplication& application) : application_(application) {}
-
-  void show(const Alert& alert, std::function<void(std::size_t)> done) override {
-    add(alert, false, std::move(done));
-  }
-
-  base::Subscription showProgress(const Alert& alert, std::function<void(std::size_t)> done) override {
-    const auto number = add(alert, true, std::move(done));
-    return base::Subscription(liveness_.guard([this, number] { withdraw(number); }));
-  }
-
- private:
-  struct Waiting {
-    std::uint64_t number;
-    Alert alert;
-    bool progress;
-    std::function<void(std::size_t)> done;
-  };
-
-  std::uint64_t add(const Alert& alert, bool progress, std::function<void(std::size_t)> done) {
-    waiting_.push_back({++count_, alert, progress, std::move(done)});
-    // The next may be on show by the time this returns.
-    const auto number = count_;
-    showNext();
-    return number;
-  }
-
-  void withdraw(std::uint64_t number) {
-    const auto found = std::find_if(waiting_.begin(), waiting_.end(),
-                                    [&](const Waiting& each) { return each.number == number; });
-    if (found == waiting_.end()) return;
-    if (found == waiting_.begin()) dialog_.reset();
-    waiting_.erase(found);
-    showNext();
-  }
-
-  void showNext() {
-    if (dialog_ || waiting_.empty()) return;
-    const auto& next = waiting_.front();
-    dialog_.emplace(next.alert, next.progress, frontWindow(application_.gtk()),
-                    [this](std::size_t button) { answered(button); });
-  }
-
-  void answered(std::size_t button) {
-    dialog_.reset();
-    const auto done = std::move(waiting_.front().done);
-    waiting_.pop_front();
-    done(button);
-    showNext();
-  }
-
-  NativeApplication& application_;
-  std::uint64_t count_ = 0;
-  /// The first is the one on show.
-  std::deque<Waiting> waiting_;
-  std::optional<Dialog> dialog_;
-  base::Liveness liveness_;
-};
-
 }  // namespace
 
 std::unique_ptr<Alerts> makeAlerts(NativeApplication& application) {
-  return std::make_unique<GtkAlerts>(application);
+  return std::make_unique<AlertQueue>([&application](const Alert& alert, bool progress, auto answered) {
+    return std::make_unique<Dialog>(alert, progress, frontWindow(application.gtk()), std::move(answered));
+  });
 }
 
 }  // namespace orvalle::platform::linuxos

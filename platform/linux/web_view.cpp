@@ -8,8 +8,6 @@ namespace {
 constexpr char kBlankAddress[] = "about:blank";
 constexpr guint kTimeoutSeconds = 60;
 constexpr char kTimeoutText[] = "Il server non ha risposto in tempo.";
-constexpr char kBlockedText[] = "L'indirizzo non si può aprire.";
-constexpr char kProcessEndedText[] = "Il processo della pagina si è chiuso.";
 
 GObjectPtr<WebKitWebView> makeView(WebKitWebContext* context, WebKitUserContentManager* content) {
   auto* view = WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "web-context", context,
@@ -144,7 +142,7 @@ void WebView::committed() {
   hasPage_ = !blocked && !(html_ && shown == kBlankAddress);
   if (!ownLoadAwaited_) stopTimeout();
   delegate_.didCommit(shown);
-  if (blocked) delegate_.didFail(kBlockedText);
+  if (blocked) delegate_.didFail(kAddressBlockedText);
 }
 
 gboolean WebView::loadFailed(WebKitWebView*, WebKitLoadEvent, const char*, GError* error, gpointer self) {
@@ -169,7 +167,7 @@ void WebView::processEnded(WebKitWebView*, WebKitWebProcessTerminationReason, gp
   view.hasPage_ = false;
   view.ownLoadAwaited_ = false;
   // A process that dies of our own document would do so again.
-  if (!view.html_) view.delegate_.didFail(kProcessEndedText);
+  if (!view.html_) view.delegate_.didFail(kPageProcessEndedText);
 }
 
 void WebView::startTimeout() {

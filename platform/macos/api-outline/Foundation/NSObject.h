@@ -25,6 +25,10 @@ __attribute__((objc_root_class))
 + (Class)class;
 - (instancetype)init NS_DESIGNATED_INITIALIZER;
 - (void)dealloc;
+/// Of "Key-Value Coding".
+- (void)setValue:(nullable id)value forKey:(NSString*)key;
 @end
+
+extern "C" SEL _Nonnull NSSelectorFromString(NSString* aSelectorName);
 
 NS_ASSUME_NONNULL_END

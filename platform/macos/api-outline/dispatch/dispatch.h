@@ -40,6 +40,8 @@ void dispatch_async(dispatch_queue_t queue, dispatch_block_t block);
 void dispatch_async_f(dispatch_queue_t queue, void* _Nullable context, dispatch_function_t work);
 void dispatch_sync(dispatch_queue_t queue, NS_NOESCAPE dispatch_block_t block);
 void dispatch_after(dispatch_time_t when, dispatch_queue_t queue, dispatch_block_t block);
+extern const struct dispatch_source_type_s _dispatch_source_type_signal;
+#define DISPATCH_SOURCE_TYPE_SIGNAL (&_dispatch_source_type_signal)
 dispatch_time_t dispatch_time(dispatch_time_t when, int64_t delta);
 
 extern const struct dispatch_source_type_s _dispatch_source_type_timer;

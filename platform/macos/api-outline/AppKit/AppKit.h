@@ -1,0 +1,27 @@
+#pragma once
+
+#import <AppKit/NSAccessibility.h>
+#import <AppKit/NSAlert.h>
+#import <AppKit/NSApplication.h>
+#import <AppKit/NSBezierPath.h>
+#import <AppKit/NSButton.h>
+#import <AppKit/NSCell.h>
+#import <AppKit/NSColor.h>
+#import <AppKit/NSControl.h>
+#import <AppKit/NSEvent.h>
+#import <AppKit/NSFont.h>
+#import <AppKit/NSHapticFeedback.h>
+#import <AppKit/NSImage.h>
+#import <AppKit/NSMenu.h>
+#import <AppKit/NSOpenPanel.h>
+#import <AppKit/NSPanel.h>
+#import <AppKit/NSPasteboard.h>
+#import <AppKit/NSProgressIndicator.h>
+#import <AppKit/NSResponder.h>
+#import <AppKit/NSScreen.h>
+#import <AppKit/NSStatusBar.h>
+#import <AppKit/NSTextField.h>
+#import <AppKit/NSView.h>
+#import <AppKit/NSVisualEffectView.h>
+#import <AppKit/NSWindow.h>
+#import <AppKit/NSWorkspace.h>

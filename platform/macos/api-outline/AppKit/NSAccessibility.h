@@ -1,0 +1,14 @@
+// From: developer.apple.com, "NSAccessibilityProtocol". Binding: xamarin-macios src/appkit.cs.
+#pragma once
+
+#import <AppKit/NSView.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+/// As far as used of what every view adopts.
+@interface NSView (NSAccessibility)
+- (void)setAccessibilityTitleUIElement:(nullable id)accessibilityTitleUIElement;
+- (void)setAccessibilityLabel:(nullable NSString*)accessibilityLabel;
+@end
+
+NS_ASSUME_NONNULL_END

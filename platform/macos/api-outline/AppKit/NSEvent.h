@@ -1,0 +1,32 @@
+// From: developer.apple.com, "NSEvent". Binding: xamarin-macios src/appkit.cs.
+#pragma once
+
+#import <Foundation/Foundation.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+@class NSGraphicsContext;
+
+typedef NS_ENUM(NSUInteger, NSEventType) {
+  NSEventTypeApplicationDefined = 15,
+};
+
+typedef NS_OPTIONS(NSUInteger, NSEventModifierFlags) {
+  NSEventModifierFlagShift = 1 << 17,
+  NSEventModifierFlagCommand = 1 << 20,
+};
+
+@interface NSEvent : NSObject <NSCopying>
+@property(readonly) NSInteger clickCount;
++ (nullable NSEvent*)otherEventWithType:(NSEventType)type
+                               location:(NSPoint)location
+                          modifierFlags:(NSEventModifierFlags)flags
+                              timestamp:(NSTimeInterval)time
+                           windowNumber:(NSInteger)wNum
+                                context:(nullable NSGraphicsContext*)unusedPassNil
+                                subtype:(short)subtype
+                                  data1:(NSInteger)d1
+                                  data2:(NSInteger)d2;
+@end
+
+NS_ASSUME_NONNULL_END

@@ -1,0 +1,28 @@
+// From: developer.apple.com, "NSHapticFeedbackManager". Binding: xamarin-macios src/appkit.cs.
+#pragma once
+
+#import <Foundation/Foundation.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+typedef NS_ENUM(NSInteger, NSHapticFeedbackPattern) {
+  NSHapticFeedbackPatternGeneric = 0,
+  NSHapticFeedbackPatternAlignment = 1,
+  NSHapticFeedbackPatternLevelChange = 2,
+};
+
+typedef NS_ENUM(NSUInteger, NSHapticFeedbackPerformanceTime) {
+  NSHapticFeedbackPerformanceTimeDefault = 0,
+  NSHapticFeedbackPerformanceTimeNow = 1,
+};
+
+@protocol NSHapticFeedbackPerformer <NSObject>
+- (void)performFeedbackPattern:(NSHapticFeedbackPattern)pattern
+               performanceTime:(NSHapticFeedbackPerformanceTime)performanceTime;
+@end
+
+@interface NSHapticFeedbackManager : NSObject
+@property(class, readonly, strong) id<NSHapticFeedbackPerformer> defaultPerformer;
+@end
+
+NS_ASSUME_NONNULL_END

@@ -1,0 +1,40 @@
+// From: developer.apple.com, "NSMenu", "NSMenuItem", "NSMenuItemValidation". Binding: xamarin-macios
+// src/appkit.cs.
+#pragma once
+
+#import <Foundation/Foundation.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+@class NSMenu;
+
+typedef NSInteger NSControlStateValue;
+enum : NSControlStateValue { NSControlStateValueOff = 0, NSControlStateValueOn = 1 };
+
+@interface NSMenuItem : NSObject <NSCopying>
++ (NSMenuItem*)separatorItem;
+- (instancetype)initWithTitle:(NSString*)string
+                       action:(nullable SEL)selector
+                keyEquivalent:(NSString*)charCode NS_DESIGNATED_INITIALIZER;
+@property(nullable, strong) NSMenu* submenu;
+@property(copy) NSString* title;
+@property(copy) NSString* keyEquivalent;
+@property NSControlStateValue state;
+@property(getter=isHidden) BOOL hidden;
+@property(nullable, weak) id target;
+@property(nullable) SEL action;
+@end
+
+@interface NSMenu : NSObject <NSCopying>
+- (instancetype)initWithTitle:(NSString*)title NS_DESIGNATED_INITIALIZER;
+- (void)insertItem:(NSMenuItem*)newItem atIndex:(NSInteger)index;
+- (void)removeItem:(NSMenuItem*)item;
+- (NSInteger)indexOfItem:(NSMenuItem*)item;
+- (void)update;
+@end
+
+@protocol NSMenuItemValidation <NSObject>
+- (BOOL)validateMenuItem:(NSMenuItem*)menuItem;
+@end
+
+NS_ASSUME_NONNULL_END

@@ -1,0 +1,16 @@
+// From: developer.apple.com, "NSPasteboard". Binding: xamarin-macios src/appkit.cs.
+#pragma once
+
+#import <Foundation/Foundation.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+typedef NSString* NSPasteboardType;
+extern NSPasteboardType const NSPasteboardTypeString;
+
+@interface NSPasteboard : NSObject
+@property(class, readonly, strong) NSPasteboard* generalPasteboard;
+- (nullable NSString*)stringForType:(NSPasteboardType)dataType;
+@end
+
+NS_ASSUME_NONNULL_END

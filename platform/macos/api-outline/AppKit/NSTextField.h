@@ -1,0 +1,16 @@
+// From: developer.apple.com, "NSTextField". Binding: xamarin-macios src/appkit.cs.
+#pragma once
+
+#import <AppKit/NSControl.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+@class NSColor;
+
+@interface NSTextField : NSControl
++ (instancetype)labelWithString:(NSString*)stringValue API_AVAILABLE(macos(10.12));
+@property(nullable, copy) NSString* placeholderString;
+@property(nullable, copy) NSColor* textColor;
+@end
+
+NS_ASSUME_NONNULL_END

@@ -1,0 +1,35 @@
+// From: developer.apple.com, "NSView". Binding: xamarin-macios src/appkit.cs.
+#pragma once
+
+#import <AppKit/NSResponder.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+@class CALayer;
+@class NSWindow;
+
+typedef NS_OPTIONS(NSUInteger, NSAutoresizingMaskOptions) {
+  NSViewMinXMargin = 1,
+  NSViewWidthSizable = 2,
+  NSViewMaxXMargin = 4,
+  NSViewMinYMargin = 8,
+  NSViewHeightSizable = 16,
+  NSViewMaxYMargin = 32,
+};
+
+@interface NSView : NSResponder
+- (instancetype)initWithFrame:(NSRect)frameRect NS_DESIGNATED_INITIALIZER;
+@property(nullable, readonly, assign) NSWindow* window;
+- (void)addSubview:(NSView*)view;
+@property NSAutoresizingMaskOptions autoresizingMask;
+@property NSRect frame;
+@property NSRect bounds;
+@property(readonly) BOOL mouseDownCanMoveWindow;
+@property BOOL wantsLayer;
+@property(nullable, strong) CALayer* layer;
+@property CGFloat alphaValue;
+@property(nullable, copy) NSString* toolTip;
+@property(nullable, assign) NSView* nextKeyView;
+@end
+
+NS_ASSUME_NONNULL_END

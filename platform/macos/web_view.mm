@@ -1,0 +1,177 @@
+#import "platform/macos/web_view.h"
+
+#import <dispatch/dispatch.h>
+
+#include <utility>
+
+#import "platform/macos/text.h"
+
+using orvalle::platform::macos::WebView;
+
+@interface OrvalleNavigationDelegate : NSObject <WKNavigationDelegate>
+@property(nonatomic, assign) WebView* owner;
+@end
+
+@implementation OrvalleNavigationDelegate
+
+- (void)webView:(WKWebView*)webView
+    decidePolicyForNavigationAction:(WKNavigationAction*)navigationAction
+                    decisionHandler:(void (^)(WKNavigationActionPolicy))decisionHandler {
+  const bool allowed = self.owner && self.owner->mayNavigate(navigationAction);
+  decisionHandler(allowed ? WKNavigationActionPolicyAllow : WKNavigationActionPolicyCancel);
+}
+
+- (void)webView:(WKWebView*)webView
+    decidePolicyForNavigationResponse:(WKNavigationResponse*)navigationResponse
+                      decisionHandler:(void (^)(WKNavigationResponsePolicy))decisionHandler {
+  // What cannot be shown would be saved to a file.
+  decisionHandler(navigationResponse.canShowMIMEType ? WKNavigationResponsePolicyAllow
+                                                     : WKNavigationResponsePolicyCancel);
+}
+
+- (void)webView:(WKWebView*)webView didStartProvisionalNavigation:(WKNavigation*)navigation {
+  if (self.owner) self.owner->started(navigation);
+}
+
+- (void)webView:(WKWebView*)webView
+    didFailProvisionalNavigation:(WKNavigation*)navigation
+                       withError:(NSError*)error {
+  if (self.owner) self.owner->failed(navigation, error);
+}
+
+- (void)webView:(WKWebView*)webView didCommitNavigation:(WKNavigation*)navigation {
+  if (self.owner) self.owner->committed(navigation);
+}
+
+- (void)webView:(WKWebView*)webView didFailNavigation:(WKNavigation*)navigation withError:(NSError*)error {
+  if (self.owner) self.owner->failed(navigation, error);
+}
+
+- (void)webViewWebContentProcessDidTerminate:(WKWebView*)webView {
+  if (self.owner) self.owner->processEnded();
+}
+
+@end
+
+namespace orvalle::platform::macos {
+namespace {
+
+constexpr char kBlankAddress[] = "about:blank";
+constexpr NSTimeInterval kTimeoutSeconds = 60;
+
+WKWebView* makeView(const WebWindowSpec& spec, WKUserContentController* content) {
+  WKWebViewConfiguration* configuration = [[WKWebViewConfiguration alloc] init];
+  configuration.userContentController = content;
+  configuration.websiteDataStore = [WKWebsiteDataStore defaultDataStore];
+  if (@available(macOS 14, *)) {
+    // A page that nobody sees goes on running: it is what tells how the session stands.
+    configuration.preferences.inactiveSchedulingPolicy = WKInactiveSchedulingPolicyNone;
+  }
+  const auto& size = spec.contentSize;
+  WKWebView* view = [[WKWebView alloc] initWithFrame:NSMakeRect(0, 0, size.width, size.height)
+                                       configuration:configuration];
+  view.allowsBackForwardNavigationGestures = YES;
+  // The window's own background shows until the page paints.
+  [view setValue:@NO forKey:@"drawsBackground"];
+  return view;
+}
+
+/// Whether the load ended because what came cannot be shown. The names of this domain and code are in headers
+/// that are deprecated.
+bool isPolicyInterruption(NSError* error) {
+  constexpr NSInteger kFrameLoadInterruptedByPolicyChange = 102;
+  return [error.domain isEqualToString:@"WebKitErrorDomain"] &&
+         error.code == kFrameLoadInterruptedByPolicyChange;
+}
+
+}  // namespace
+
+WebView::WebView(const WebWindowSpec& spec, WebWindowDelegate& delegate)
+    : delegate_(delegate),
+      bridge_(
+          spec.messageHandler, spec.documentStartScript,
+          [this, name = spec.messageHandler](const auto& json) { delegate_.didReceiveMessage(name, json); }),
+      view_(makeView(spec, bridge_.content())),
+      requests_(view_, delegate),
+      native_([[OrvalleNavigationDelegate alloc] init]) {
+  native_.owner = this;
+  view_.navigationDelegate = native_;
+}
+
+WebView::~WebView() {
+  native_.owner = nullptr;
+}
+
+void WebView::load(const std::string& url) {
+  html_ = nil;
+  NSURL* address = [NSURL URLWithString:nativeText(url)];
+  if (!address) {
+    const std::function<void()> tell = liveness_.guard([this] { delegate_.didFail(kAddressBlockedText); });
+    dispatch_async(dispatch_get_main_queue(), ^{
+      tell();
+    });
+    return;
+  }
+  own_ = [view_ loadRequest:[NSURLRequest requestWithURL:address
+                                             cachePolicy:NSURLRequestUseProtocolCachePolicy
+                                         timeoutInterval:kTimeoutSeconds]];
+}
+
+void WebView::loadHtml(const std::string& html) {
+  hasPage_ = false;
+  own_ = [view_ loadHTMLString:nativeText(html) baseURL:nil];
+  html_ = own_;
+}
+
+void WebView::evaluate(const std::string& script) {
+  [view_ evaluateJavaScript:nativeText(script) completionHandler:nil];
+}
+
+bool WebView::mayNavigate(WKNavigationAction* action) {
+  NavigationAction asked;
+  if (NSURL* url = action.request.URL) asked.url = utf8Text(url.absoluteString);
+  asked.linkActivated = action.navigationType == WKNavigationTypeLinkActivated;
+  const auto policy = delegate_.decidePolicy(asked);
+  // There is no second window: the owner may send the address elsewhere, and that is all.
+  return action.targetFrame && policy == NavigationPolicy::Allow;
+}
+
+void WebView::started(WKNavigation* navigation) {
+  if (!isHtml(navigation)) delegate_.didStart(address());
+}
+
+void WebView::committed(WKNavigation* navigation) {
+  // While ours is awaited the view answers with the address of that one, which is not what is shown now.
+  const bool another = own_ && navigation != own_;
+  const bool html = isHtml(navigation);
+  if (!another) own_ = nil;
+  if (!another && !html) html_ = nil;
+  hasPage_ = !html_;
+  delegate_.didCommit(another || html ? kBlankAddress : address());
+}
+
+void WebView::failed(WKNavigation* navigation, NSError* error) {
+  if (isHtml(navigation)) {
+    own_ = nil;
+    return;
+  }
+  const bool own = own_ && navigation == own_;
+  if (own_ && !own) return;
+  own_ = nil;
+  // A page's link to something that cannot be shown leads nowhere and leaves the page alone; only if we
+  // wanted to load such a thing there is nothing to show.
+  if (own || !isPolicyInterruption(error)) delegate_.didFail(utf8Text(error.localizedDescription));
+}
+
+void WebView::processEnded() {
+  hasPage_ = false;
+  own_ = nil;
+  // A process that dies of our own document would do so again.
+  if (!html_) delegate_.didFail(kPageProcessEndedText);
+}
+
+std::string WebView::address() const {
+  return utf8Text(view_.URL.absoluteString);
+}
+
+}  // namespace orvalle::platform::macos
