@@ -6,12 +6,12 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <iterator>
 #include <limits>
 #include <utility>
 
+#include "base/decimal.h"
 #include "base/text.h"
 
 namespace orvalle::base {
@@ -24,12 +24,6 @@ constexpr std::size_t kMaximumDepth = 512;
 /// Characters that have an escape of one letter, and the letters.
 constexpr char kSimpleEscapes[] = {'"', '\\', '\b', '\f', '\n', '\r', '\t'};
 constexpr char kSimpleEscapeLetters[] = {'"', '\\', 'b', 'f', 'n', 'r', 't'};
-
-double exactNumber(std::string_view text) {
-  double value = 0;
-  const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-  return result.ec == std::errc() ? value : std::numeric_limits<double>::quiet_NaN();
-}
 
 /// Builds values from the parser's events. It exists for the numbers: the library's own builder rounds some
 /// of them and cannot tell an underflow from a zero, and so every number is read again from its text.
@@ -92,7 +86,7 @@ class Builder {
   }
   bool on_double(double, json::string_view text, Error&) {
     number_ += std::string_view(text.data(), text.size());
-    stack_.push_double(exactNumber(number_));
+    stack_.push_double(decimalNumber(number_).value_or(std::numeric_limits<double>::quiet_NaN()));
     number_.clear();
     return true;
   }

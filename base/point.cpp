@@ -1,8 +1,8 @@
 #include "base/point.h"
 
 #include <charconv>
-#include <cmath>
-#include <optional>
+
+#include "base/decimal.h"
 
 namespace orvalle::base {
 namespace {
@@ -20,14 +20,6 @@ std::string_view trimBlanks(std::string_view text) {
   return text;
 }
 
-std::optional<double> number(std::string_view text) {
-  text = trimBlanks(text);
-  double value = 0;
-  const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (result.ec != std::errc() || result.ptr != text.data() + text.size() || !std::isfinite(value)) return {};
-  return value;
-}
-
 }  // namespace
 
 std::string pointText(Point point) {
@@ -40,8 +32,8 @@ Point pointFromText(std::string_view text) {
   text = text.substr(1, text.size() - 2);
   const auto comma = text.find(',');
   if (comma == std::string_view::npos) return {};
-  const auto x = number(text.substr(0, comma));
-  const auto y = number(text.substr(comma + 1));
+  const auto x = decimalNumber(trimBlanks(text.substr(0, comma)));
+  const auto y = decimalNumber(trimBlanks(text.substr(comma + 1)));
   if (!x || !y) return {};
   return {*x, *y};
 }

@@ -75,8 +75,11 @@ class AppKitDialog final : public AlertQueue::Dialog {
 
   ~AppKitDialog() override {
     [target_ listen:nullptr];
-    if (!parent_) return [alert_.window orderOut:nil];
-    if (std::exchange(open_, false)) [parent_ endSheet:alert_.window];
+    if (!parent_) {
+      [alert_.window orderOut:nil];
+    } else if (std::exchange(open_, false)) {
+      [parent_ endSheet:alert_.window];
+    }
   }
 
  private:
