@@ -1,4 +1,4 @@
-// From: developer.apple.com, "NSAccessibilityProtocol". Binding: xamarin-macios src/appkit.cs.
+// From: developer.apple.com, "NSAccessibilityProtocol". Checked against: macios src/appkit.cs.
 #pragma once
 
 #import <AppKit/NSView.h>

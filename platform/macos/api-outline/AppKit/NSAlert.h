@@ -1,4 +1,5 @@
-// From: developer.apple.com, "NSAlert". Binding: xamarin-macios src/appkit.cs.
+// From: developer.apple.com, "NSAlert". Checked against: objc2's icrate, AppKit/NSAlert.rs (generated from
+// the SDK's headers, MIT).
 #pragma once
 
 #import <AppKit/NSApplication.h>

@@ -1,4 +1,5 @@
-// From: developer.apple.com, "NSApplication", "NSApplicationDelegate". Binding: xamarin-macios src/appkit.cs.
+// From: developer.apple.com, "NSApplication", "NSApplicationDelegate". Checked against: xamarin-macios
+// src/appkit.cs.
 #pragma once
 
 #import <AppKit/NSResponder.h>

@@ -1,4 +1,5 @@
-// From: developer.apple.com, "NSBezierPath". Binding: xamarin-macios src/appkit.cs.
+// From: developer.apple.com, "NSBezierPath". Checked against: objc2's icrate, AppKit/NSBezierPath.rs
+// (generated from the SDK's headers, MIT).
 #pragma once
 
 #import <Foundation/Foundation.h>

@@ -1,4 +1,5 @@
-// From: developer.apple.com, "NSButton". Binding: xamarin-macios src/appkit.cs.
+// From: developer.apple.com, "NSButton". Checked against: objc2's icrate, AppKit/NSButton.rs (generated
+// from the SDK's headers, MIT).
 #pragma once
 
 #import <AppKit/NSControl.h>

@@ -1,4 +1,4 @@
-// From: developer.apple.com, "NSColor". Binding: xamarin-macios src/appkit.cs.
+// From: developer.apple.com, "NSColor". Not checked against a binding.
 #pragma once
 
 #import <Foundation/Foundation.h>

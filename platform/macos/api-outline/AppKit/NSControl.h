@@ -1,4 +1,5 @@
-// From: developer.apple.com, "NSControl". Binding: xamarin-macios src/appkit.cs.
+// From: developer.apple.com, "NSControl". Checked against: objc2's icrate, AppKit/NSControl.rs (generated
+// from the SDK's headers, MIT).
 #pragma once
 
 #import <AppKit/NSView.h>

@@ -1,4 +1,5 @@
-// From: developer.apple.com, "NSFont". Binding: xamarin-macios src/appkit.cs.
+// From: developer.apple.com, "NSFont". Checked against: objc2's icrate, AppKit/NSFont.rs (generated from
+// the SDK's headers, MIT).
 #pragma once
 
 #import <Foundation/Foundation.h>

@@ -1,4 +1,5 @@
-// From: developer.apple.com, "NSHapticFeedbackManager". Binding: xamarin-macios src/appkit.cs.
+// From: developer.apple.com, "NSHapticFeedbackManager". Checked against: objc2's icrate,
+// AppKit/NSHapticFeedback.rs (generated from the SDK's headers, MIT).
 #pragma once
 
 #import <Foundation/Foundation.h>

@@ -1,4 +1,5 @@
-// From: developer.apple.com, "NSImage". Binding: xamarin-macios src/appkit.cs.
+// From: developer.apple.com, "NSImage". Checked against: objc2's icrate, AppKit/NSImage.rs (generated from
+// the SDK's headers, MIT).
 #pragma once
 
 #import <Foundation/Foundation.h>

@@ -1,5 +1,5 @@
-// From: developer.apple.com, "NSMenu", "NSMenuItem", "NSMenuItemValidation". Binding: xamarin-macios
-// src/appkit.cs.
+// From: developer.apple.com, "NSMenu", "NSMenuItem", "NSMenuItemValidation". Checked against: objc2's
+// icrate, AppKit/NSMenu.rs and NSMenuItem.rs (generated from the SDK's headers, MIT).
 #pragma once
 
 #import <Foundation/Foundation.h>

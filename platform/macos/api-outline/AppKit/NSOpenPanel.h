@@ -1,4 +1,5 @@
-// From: developer.apple.com, "NSOpenPanel", "NSSavePanel". Binding: xamarin-macios src/appkit.cs.
+// From: developer.apple.com, "NSOpenPanel", "NSSavePanel". Checked against: objc2's icrate,
+// AppKit/NSOpenPanel.rs and NSSavePanel.rs (generated from the SDK's headers, MIT).
 #pragma once
 
 #import <AppKit/NSPanel.h>

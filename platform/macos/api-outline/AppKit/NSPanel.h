@@ -1,4 +1,5 @@
-// From: developer.apple.com, "NSPanel". Binding: xamarin-macios src/appkit.cs.
+// From: developer.apple.com, "NSPanel". Checked against: objc2's icrate, AppKit/NSPanel.rs (generated from
+// the SDK's headers, MIT).
 #pragma once
 
 #import <AppKit/NSWindow.h>

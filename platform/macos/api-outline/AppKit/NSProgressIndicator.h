@@ -1,4 +1,5 @@
-// From: developer.apple.com, "NSProgressIndicator". Binding: xamarin-macios src/appkit.cs.
+// From: developer.apple.com, "NSProgressIndicator". Checked against: objc2's icrate,
+// AppKit/NSProgressIndicator.rs (generated from the SDK's headers, MIT).
 #pragma once
 
 #import <AppKit/NSView.h>

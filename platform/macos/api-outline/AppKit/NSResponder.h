@@ -1,4 +1,4 @@
-// From: developer.apple.com, "NSResponder". Binding: xamarin-macios src/appkit.cs.
+// From: developer.apple.com, "NSResponder". Not checked against a binding.
 #pragma once
 
 #import <Foundation/Foundation.h>

@@ -1,4 +1,5 @@
-// From: developer.apple.com, "NSScreen". Binding: xamarin-macios src/appkit.cs.
+// From: developer.apple.com, "NSScreen". Checked against: objc2's icrate, AppKit/NSScreen.rs (generated
+// from the SDK's headers, MIT).
 #pragma once
 
 #import <Foundation/Foundation.h>

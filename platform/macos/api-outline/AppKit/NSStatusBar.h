@@ -1,5 +1,5 @@
-// From: developer.apple.com, "NSStatusBar", "NSStatusItem", "NSStatusBarButton". Binding: xamarin-macios
-// src/appkit.cs.
+// From: developer.apple.com, "NSStatusBar", "NSStatusItem", "NSStatusBarButton". Checked against:
+// xamarin-macios src/appkit.cs.
 #pragma once
 
 #import <AppKit/NSButton.h>

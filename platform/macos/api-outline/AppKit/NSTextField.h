@@ -1,4 +1,5 @@
-// From: developer.apple.com, "NSTextField". Binding: xamarin-macios src/appkit.cs.
+// From: developer.apple.com, "NSTextField". Checked against: objc2's icrate, AppKit/NSTextField.rs
+// (generated from the SDK's headers, MIT).
 #pragma once
 
 #import <AppKit/NSControl.h>

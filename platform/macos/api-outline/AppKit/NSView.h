@@ -1,4 +1,5 @@
-// From: developer.apple.com, "NSView". Binding: xamarin-macios src/appkit.cs.
+// From: developer.apple.com, "NSView". Checked against: objc2's icrate, AppKit/NSView.rs (generated from
+// the SDK's headers, MIT).
 #pragma once
 
 #import <AppKit/NSResponder.h>

@@ -1,4 +1,5 @@
-// From: developer.apple.com, "NSVisualEffectView". Binding: xamarin-macios src/appkit.cs.
+// From: developer.apple.com, "NSVisualEffectView". Checked against: objc2's icrate,
+// AppKit/NSVisualEffectView.rs (generated from the SDK's headers, MIT).
 #pragma once
 
 #import <AppKit/NSView.h>

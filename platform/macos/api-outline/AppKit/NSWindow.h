@@ -1,4 +1,5 @@
-// From: developer.apple.com, "NSWindow", "NSWindowDelegate". Binding: xamarin-macios src/appkit.cs.
+// From: developer.apple.com, "NSWindow", "NSWindowDelegate". Checked against: objc2's icrate,
+// AppKit/NSWindow.rs (generated from the SDK's headers, MIT).
 #pragma once
 
 #import <AppKit/NSAlert.h>

@@ -1,4 +1,4 @@
-// From: developer.apple.com, "NSWorkspace". Binding: xamarin-macios src/appkit.cs.
+// From: developer.apple.com, "NSWorkspace". Not checked against a binding.
 #pragma once
 
 #import <Foundation/Foundation.h>

@@ -1,4 +1,4 @@
-// From: developer.apple.com, "CALayer". Binding: xamarin-macios src/coreanimation.cs.
+// From: developer.apple.com, "CALayer". Not checked against a binding.
 #pragma once
 
 #import <Foundation/Foundation.h>

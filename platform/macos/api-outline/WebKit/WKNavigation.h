@@ -1,5 +1,5 @@
 // From: developer.apple.com, "WKNavigation", "WKNavigationAction", "WKNavigationResponse", "WKFrameInfo".
-// Binding: xamarin-macios src/wkwebkit.cs.
+// Checked against: xamarin-macios src/wkwebkit.cs.
 #pragma once
 
 #import <Foundation/Foundation.h>

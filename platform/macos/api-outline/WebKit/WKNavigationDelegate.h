@@ -1,4 +1,4 @@
-// From: developer.apple.com, "WKNavigationDelegate". Binding: xamarin-macios src/wkwebkit.cs.
+// From: developer.apple.com, "WKNavigationDelegate". Checked against: xamarin-macios src/wkwebkit.cs.
 #pragma once
 
 #import <WebKit/WKNavigation.h>

@@ -1,5 +1,5 @@
-// From: developer.apple.com, "WKUIDelegate", "WKOpenPanelParameters". Binding: xamarin-macios
-// src/wkwebkit.cs.
+// From: developer.apple.com, "WKUIDelegate", "WKOpenPanelParameters". Checked against: objc2-web-kit,
+// WKUIDelegate.rs (generated from the SDK's headers), and xamarin-macios src/wkwebkit.cs.
 #pragma once
 
 #import <WebKit/WKNavigation.h>

@@ -1,5 +1,6 @@
 // From: developer.apple.com, "WKUserContentController", "WKUserScript", "WKScriptMessage",
-// "WKScriptMessageHandler", "WKContentWorld". Binding: xamarin-macios src/wkwebkit.cs.
+// "WKScriptMessageHandler", "WKContentWorld". Checked against: objc2-web-kit, WKUserContentController.rs,
+// WKUserScript.rs, WKContentWorld.rs; xamarin-macios src/wkwebkit.cs.
 #pragma once
 
 #import <WebKit/WKNavigation.h>

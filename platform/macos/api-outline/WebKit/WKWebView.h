@@ -1,4 +1,5 @@
-// From: developer.apple.com, "WKWebView". Binding: xamarin-macios src/wkwebkit.cs.
+// From: developer.apple.com, "WKWebView". Checked against: objc2-web-kit, WKWebView.rs (generated from the
+// SDK's headers).
 #pragma once
 
 #import <AppKit/NSView.h>

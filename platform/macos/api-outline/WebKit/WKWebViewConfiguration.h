@@ -1,5 +1,6 @@
-// From: developer.apple.com, "WKWebViewConfiguration", "WKPreferences", "WKWebsiteDataStore". Binding:
-// xamarin-macios src/wkwebkit.cs.
+// From: developer.apple.com, "WKWebViewConfiguration", "WKPreferences", "WKWebsiteDataStore". Checked
+// against: objc2-web-kit, WKPreferences.rs; xamarin-macios src/wkwebkit.cs; the configuration's own
+// properties not checked.
 #pragma once
 
 #import <WebKit/WKUserContentController.h>
