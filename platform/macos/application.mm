@@ -95,7 +95,14 @@ class AppKitApplication final : public Application, private ActionTarget {
     application_.owner = &delegate;
     native_.owner = &delegate;
     followSignals();
+    // A countdown in the status bar has no window on the screen that would keep the system from putting the
+    // program's timers off.
+    NSProcessInfo* process = [NSProcessInfo processInfo];
+    const id<NSObject> activity =
+        [process beginActivityWithOptions:NSActivityUserInitiatedAllowingIdleSystemSleep
+                                   reason:@"Conto alla rovescia"];
     [application_ run];
+    [process endActivity:activity];
     application_.owner = nullptr;
     native_.owner = nullptr;
     delegate_ = nullptr;

@@ -16,6 +16,7 @@
 #import <Foundation/NSObject.h>
 #import <Foundation/NSOperation.h>
 #import <Foundation/NSPathUtilities.h>
+#import <Foundation/NSProcessInfo.h>
 #import <Foundation/NSRange.h>
 #import <Foundation/NSRunLoop.h>
 #import <Foundation/NSString.h>
