@@ -14,12 +14,13 @@ function button(text, click) {
   return h('button', { type: 'button', class: 'secondario', on: { click } }, text);
 }
 
+// Lists without marks are none to assistive technologies, unless they say so.
 function totalsList(blocks) {
   const list = totals(blocks);
   const longest = list[0].time || 1;
   return h(
     'ul',
-    { class: 'totali', 'aria-label': 'Tempo per applicazione' },
+    { class: 'totali', role: 'list', 'aria-label': 'Tempo per applicazione' },
     list.map(({ app, time }) => {
       const bar = h('span', { class: 'quota', 'aria-hidden': 'true' });
       bar.style.setProperty('--quota', time / longest);
@@ -31,7 +32,7 @@ function totalsList(blocks) {
 function timeline(blocks) {
   return h(
     'ol',
-    { class: 'righe cronologia', 'aria-label': 'La giornata' },
+    { class: 'righe cronologia', role: 'list', 'aria-label': 'La giornata' },
     stretches(blocks).map(({ app, titles, from, to, time }) =>
       h(
         'li',
@@ -60,7 +61,7 @@ export function activitySection({ desktop }) {
     await refresh();
   });
   const titles = h('p', { class: 'nota' });
-  const folder = h('p', { class: 'nota percorso' });
+  const folder = h('p', { class: 'nota posto' });
   const date = h('h2', {});
   const next = button('Giorno dopo', () => go(1));
   const content = h('div', { 'aria-live': 'polite' });

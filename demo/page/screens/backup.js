@@ -13,7 +13,7 @@ export function backupSection({ desktop }) {
 
   let state = null;
   const outcome = h('p', { class: 'nota', role: 'status' }, 'Uno al giorno si fa da solo; restano gli ultimi 30.');
-  const list = h('ul', { class: 'righe', 'aria-label': 'I backup' });
+  const list = h('ul', { class: 'righe', role: 'list', 'aria-label': 'I backup' });
   const now = h(
     'button',
     {

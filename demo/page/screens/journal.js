@@ -9,7 +9,7 @@ const sessionName = (entry) => (entry.isBreak ? 'Pausa' : entry.projectTitle || 
 function sessionList(entries) {
   return h(
     'ul',
-    { class: 'righe' },
+    { class: 'righe', role: 'list' },
     entries.map((entry) =>
       h(
         'li',
@@ -125,7 +125,7 @@ export const projectsScreen = derivedScreen(
     return [
       h(
         'ul',
-        { class: 'righe' },
+        { class: 'righe', role: 'list' },
         projects.map(({ projectTitle, sessions, time }) =>
           h(
             'li',
@@ -149,7 +149,7 @@ export const sprintScreen = derivedScreen(
       return [
         h(
           'ul',
-          { class: 'righe' },
+          { class: 'righe', role: 'list' },
           open.map(({ title }) => h('li', {}, h('span', { class: 'nome' }, title))),
         ),
       ];

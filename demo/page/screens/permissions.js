@@ -22,7 +22,7 @@ export function permissionsSection({ desktop }) {
     states[name] = h('output', { id: `permesso-${name}` }, '…');
     return h('div', { class: 'voce' }, h('div', {}, label, h('p', { class: 'nota' }, hint)), states[name], buttons);
   };
-  const facts = h('p', { class: 'nota percorso' });
+  const facts = h('p', { class: 'nota posto' });
 
   async function refresh() {
     let state = {};

@@ -57,7 +57,7 @@ export function createTasks(actions) {
       icon('piu'),
     ),
   );
-  const list = h('ul', { id: 'task', class: 'lista-task', 'aria-label': 'Task' });
+  const list = h('ul', { id: 'task', class: 'lista-task', role: 'list', 'aria-label': 'Task' });
   const empty = h('p', { class: 'vuoto' }, 'Ancora nessuna task. Scrivi qui sopra la prima.');
 
   // Whoever removes a row with the keyboard goes on from its neighbour, not from the top of the page.
