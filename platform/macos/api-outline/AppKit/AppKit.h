@@ -18,6 +18,7 @@
 #import <AppKit/NSPasteboard.h>
 #import <AppKit/NSProgressIndicator.h>
 #import <AppKit/NSResponder.h>
+#import <AppKit/NSRunningApplication.h>
 #import <AppKit/NSScreen.h>
 #import <AppKit/NSStatusBar.h>
 #import <AppKit/NSTextField.h>
