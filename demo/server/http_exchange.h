@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <utility>
 #include <vector>
@@ -24,6 +25,8 @@ struct Response {
   unsigned status = 200;
   std::vector<std::pair<std::string, std::string>> headers;
   std::string body;
+  /// Where it is not empty, what is in this file takes the body's place.
+  std::filesystem::path file = {};
 };
 
 }  // namespace orvalle::demo

@@ -6,6 +6,7 @@
 #include <exception>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -46,6 +47,11 @@ PairingKeys keysFor(const Options& options) {
   return makeKeys();
 }
 
+std::optional<PageFolder> updatesOf(const Options& options) {
+  if (options.updates.empty()) return {};
+  return PageFolder(options.updates);
+}
+
 /// Runs the main loop until Orvalle, or the server without it, is to end.
 class Program {
  public:
@@ -67,7 +73,8 @@ class Program {
     }
     const PairingKeys keys = keysFor(options);
     const std::unique_ptr<Server> server =
-        Server::start(Site(PageFolder(options.page), keys), options.ports, {keys.anonKey, options.idle});
+        Server::start(Site(PageFolder(options.page), keys, updatesOf(options)), options.ports,
+                      {keys.anonKey, options.idle});
     if (!server) {
       return complain("nessuna porta libera da " + std::to_string(options.ports.first) + " a " +
                       std::to_string(options.ports.last));

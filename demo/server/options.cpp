@@ -30,6 +30,7 @@ const char* const kHelp =
     "  --port N      prima porta da provare (0: la sceglie il sistema)\n"
     "  --page DIR    cartella della pagina\n"
     "  --app PATH    programma da avviare al posto di Orvalle\n"
+    "  --updates DIR cartella con versione.json e i pacchetti, pubblicata sotto /mac/\n"
     "  --keys FILE   file delle chiavi di abbinamento, se non sono nell'ambiente\n"
     "                (ORVALLE_DEMO_ANON_KEY e ORVALLE_DEMO_CHANNEL_KEY)\n"
     "  --idle N      secondi di silenzio dopo i quali si chiude un collegamento in tempo reale (60)\n"
@@ -53,7 +54,12 @@ std::variant<Options, UsageError> readOptions(const std::vector<std::string_view
       options.action = Options::Action::Serve;
       continue;
     }
-    if (name != "--port" && name != "--page" && name != "--app" && name != "--keys" && name != "--idle") {
+    std::filesystem::path* path = name == "--page"      ? &options.page
+                                  : name == "--app"     ? &options.app
+                                  : name == "--updates" ? &options.updates
+                                  : name == "--keys"    ? &options.keys
+                                                        : nullptr;
+    if (!path && name != "--port" && name != "--idle") {
       return UsageError{"opzione sconosciuta: " + std::string(name)};
     }
     if (i + 1 == arguments.size()) return UsageError{"manca il valore di " + std::string(name)};
@@ -67,8 +73,7 @@ std::variant<Options, UsageError> readOptions(const std::vector<std::string_view
       if (!seconds) return UsageError{"numero di secondi non valido: " + std::string(value)};
       options.idle = std::chrono::seconds(*seconds);
     } else {
-      auto& path = name == "--page" ? options.page : name == "--app" ? options.app : options.keys;
-      path = std::filesystem::absolute(value);
+      *path = std::filesystem::absolute(value);
     }
   }
   return options;

@@ -23,6 +23,8 @@ struct Options {
   std::filesystem::path app;
   /// The file of the pairing keys; empty for the usual one.
   std::filesystem::path keys;
+  /// The folder of the program's updates; empty when none are published.
+  std::filesystem::path updates;
   /// How long a realtime connection may be silent.
   std::chrono::seconds idle{60};
 };

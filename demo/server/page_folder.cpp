@@ -77,16 +77,20 @@ std::string entityTagOf(const std::string& content) {
 
 PageFolder::PageFolder(fs::path folder) : folder_(std::move(folder)) {}
 
-std::optional<PageFile> PageFolder::read(std::string_view relativePath) const {
+std::optional<fs::path> PageFolder::find(std::string_view relativePath) const {
   if (!isPlainPath(relativePath)) return std::nullopt;
   // The links are followed before anything is opened; what is compared and opened is the real path.
   std::error_code error;
   const fs::path folder = fs::canonical(folder_, error);
   if (error) return std::nullopt;
-  const fs::path file = fs::canonical(folder / relativePath, error);
+  fs::path file = fs::canonical(folder / relativePath, error);
   if (error || !liesBeneath(file, folder) || !fs::is_regular_file(file, error)) return std::nullopt;
+  return file;
+}
 
-  std::optional<std::string> content = contentOf(file);
+std::optional<PageFile> PageFolder::read(std::string_view relativePath) const {
+  const auto file = find(relativePath);
+  std::optional<std::string> content = file ? contentOf(*file) : std::nullopt;
   if (!content) return std::nullopt;
   const std::string entityTag = entityTagOf(*content);
   return PageFile{std::move(*content), mimeTypeOf(fs::path(relativePath)), entityTag};

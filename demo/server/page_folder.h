@@ -25,6 +25,8 @@ class PageFolder {
   /// none, when the path has a ".", ".." or hidden segment, a backslash or a NUL, or when a symbolic link
   /// leads out of the folder.
   std::optional<PageFile> read(std::string_view relativePath) const;
+  /// Where that file really is.
+  std::optional<std::filesystem::path> find(std::string_view relativePath) const;
 
  private:
   std::filesystem::path folder_;

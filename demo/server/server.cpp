@@ -11,6 +11,17 @@ std::string header(SoupMessageHeaders* headers, const char* name) {
   return value ? value : "";
 }
 
+/// Without a copy in memory.
+bool appendFile(SoupMessageBody* body, const std::filesystem::path& file) {
+  GMappedFile* mapped = g_mapped_file_new(file.c_str(), FALSE, nullptr);
+  if (!mapped) return false;
+  GBytes* bytes = g_mapped_file_get_bytes(mapped);
+  soup_message_body_append_bytes(body, bytes);
+  g_bytes_unref(bytes);
+  g_mapped_file_unref(mapped);
+  return true;
+}
+
 void answer(SoupServer*, SoupServerMessage* message, const char*, GHashTable*, gpointer site) {
   GUri* uri = soup_server_message_get_uri(message);
   SoupMessageHeaders* asked = soup_server_message_get_request_headers(message);
@@ -23,7 +34,9 @@ void answer(SoupServer*, SoupServerMessage* message, const char*, GHashTable*, g
                         header(asked, "If-None-Match"),
                         header(asked, "Sec-Fetch-Site")};
 
-  const Response response = static_cast<const Site*>(site)->answer(request);
+  Response response = static_cast<const Site*>(site)->answer(request);
+  SoupMessageBody* body = soup_server_message_get_response_body(message);
+  if (!response.file.empty() && !appendFile(body, response.file)) response = {500, {}, "", {}};
 
   soup_server_message_set_status(message, response.status, nullptr);
   SoupMessageHeaders* headers = soup_server_message_get_response_headers(message);
@@ -31,8 +44,7 @@ void answer(SoupServer*, SoupServerMessage* message, const char*, GHashTable*, g
     soup_message_headers_append(headers, name.c_str(), value.c_str());
   }
   // For HEAD the library sends the length and leaves the body out.
-  soup_message_body_append(soup_server_message_get_response_body(message), SOUP_MEMORY_COPY,
-                           response.body.data(), response.body.size());
+  soup_message_body_append(body, SOUP_MEMORY_COPY, response.body.data(), response.body.size());
 }
 
 enum class Listening { Yes, InUse, Unavailable };

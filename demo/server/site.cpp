@@ -13,6 +13,7 @@
 namespace orvalle::demo {
 namespace {
 
+constexpr std::string_view kUpdates = "/mac/";
 constexpr std::string_view kSignedInCookie = "accesso=1";
 
 // Scripts, styles and data come from this server and from nowhere else; nothing inline, no frames.
@@ -90,7 +91,8 @@ constexpr std::array<std::pair<std::string_view, Handler>, 2> kEndpoints{{
 
 }  // namespace
 
-Site::Site(PageFolder page, PairingKeys keys) : page_(std::move(page)), keys_(std::move(keys)) {}
+Site::Site(PageFolder page, PairingKeys keys, std::optional<PageFolder> updates)
+    : page_(std::move(page)), keys_(std::move(keys)), updates_(std::move(updates)) {}
 
 Response Site::answer(const Request& request) const {
   Response response = route(request);
@@ -113,7 +115,16 @@ Response Site::route(const Request& request) const {
   }
   if (*path == "/api/abbinamento") return pairing(request);
   if (path->starts_with("/api/")) return text(404, "Non trovato.");
+  if (updates_ && path->starts_with(kUpdates)) return update(path->substr(kUpdates.size()));
   return pageAt(*path, request);
+}
+
+// A package is too large to be read for each who asks.
+Response Site::update(std::string_view name) const {
+  const auto file = updates_->find(name);
+  if (!file) return text(404, "Non trovato.");
+  const char* type = file->extension() == ".json" ? "application/json" : "application/zip";
+  return {200, {{"Content-Type", type}, {"Cache-Control", "no-store"}}, "", *file};
 }
 
 // The keys are for this application's own page: no other site may read them, nor show them in a page of its

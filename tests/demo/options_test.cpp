@@ -24,17 +24,19 @@ TEST(OptionsTest, withoutArgumentsTheBundleIsServedAndOpened) {
   EXPECT_EQ(options->ports.first, 4717U);
   EXPECT_EQ(options->ports.last, 4816U);
   EXPECT_EQ(options->keys, "");
+  EXPECT_EQ(options->updates, "");
   EXPECT_EQ(options->idle, std::chrono::seconds(60));
 }
 
 TEST(OptionsTest, argumentsReplaceTheDefaults) {
-  const auto options =
-      read({"--page", "/p", "--serve-only", "--port", "5000", "--app", "/a", "--keys", "/k", "--idle", "5"});
+  const auto options = read({"--page", "/p", "--serve-only", "--port", "5000", "--app", "/a", "--keys", "/k",
+                             "--updates", "/u", "--idle", "5"});
   ASSERT_TRUE(options);
   EXPECT_EQ(options->action, Options::Action::Serve);
   EXPECT_EQ(options->page, "/p");
   EXPECT_EQ(options->app, "/a");
   EXPECT_EQ(options->keys, "/k");
+  EXPECT_EQ(options->updates, "/u");
   EXPECT_EQ(options->idle, std::chrono::seconds(5));
   EXPECT_EQ(options->ports.first, 5000U);
   EXPECT_EQ(options->ports.last, 5099U);

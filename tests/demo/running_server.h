@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <future>
 #include <memory>
+#include <optional>
 #include <string>
 #include <thread>
 
@@ -17,15 +18,16 @@ namespace orvalle::demo {
 class RunningServer {
  public:
   RunningServer(const std::filesystem::path& page, PortRange ports, PairingKeys keys = makeKeys(),
-                std::chrono::milliseconds idle = std::chrono::seconds(60)) {
+                std::chrono::milliseconds idle = std::chrono::seconds(60),
+                std::optional<PageFolder> updates = {}) {
     std::promise<unsigned> started;
     std::future<unsigned> port = started.get_future();
-    thread_ = std::thread([this, page, ports, keys, idle, &started] {
+    thread_ = std::thread([this, page, ports, keys, idle, updates, &started] {
       GMainContext* context = g_main_context_new();
       g_main_context_push_thread_default(context);
       loop_ = g_main_loop_new(context, FALSE);
       std::unique_ptr<Server> server =
-          Server::start(Site(PageFolder(page), keys), ports, {keys.anonKey, idle});
+          Server::start(Site(PageFolder(page), keys, updates), ports, {keys.anonKey, idle});
       address_ = server ? server->address() : "";
       started.set_value(server ? server->port() : 0);
       if (server) g_main_loop_run(loop_);

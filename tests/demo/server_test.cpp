@@ -254,6 +254,30 @@ TEST_F(ServerTest, aForeignNameForThisMachineGetsNothing) {
   }
 }
 
+TEST_F(ServerTest, updatesArePublishedWhereThereAreAny) {
+  const std::string package("PK\0\xff", 4);
+  folder_.write("nuovo/versione.json", R"({"build":2})");
+  folder_.write("nuovo/Orvalle-2.zip", package);
+  folder_.write("nuovo/.Orvalle-3.zip", package);
+  const auto at = [](const RunningServer& server, const std::string& target,
+                     const std::string& method = "GET") { return ask(server.port(), method, target); };
+  const RunningServer server(folder_.path() / "page", PortRange{0, 0}, makeKeys(), std::chrono::seconds(60),
+                             PageFolder(folder_.path() / "nuovo"));
+  const Answer manifest = at(server, "/mac/versione.json?t=1");
+  EXPECT_EQ(manifest.status, 200);
+  EXPECT_EQ(manifest.body, R"({"build":2})");
+  EXPECT_EQ(manifest.header("Content-Type"), "application/json");
+  EXPECT_EQ(manifest.header("Cache-Control"), "no-store");
+  EXPECT_EQ(at(server, "/mac/Orvalle-2.zip").body, package);
+  EXPECT_EQ(at(server, "/mac/Orvalle-2.zip").header("Content-Type"), "application/zip");
+  EXPECT_EQ(at(server, "/mac/Orvalle-2.zip", "HEAD").body, "");
+  EXPECT_EQ(at(server, "/mac/Orvalle-2.zip", "HEAD").header("Content-Length"), "4");
+  for (const char* target : {"/mac/", "/mac/manca.zip", "/mac/.Orvalle-3.zip", "/mac/../segreto.txt",
+                             "/mac/%2e%2e/segreto.txt", "/mac/nuovo"})
+    EXPECT_EQ(at(server, target).status, 404) << target;
+  EXPECT_EQ(get("/mac/versione.json").status, 404);
+}
+
 TEST_F(ServerTest, rubbishOnTheWireDoesNotStopIt) {
   for (const std::string& bytes :
        {std::string("GET\r\n\r\n"), std::string("\0\0\0\0\r\n\r\n", 8), std::string("GET / HTTP/9.9\r\n\r\n"),

@@ -105,10 +105,14 @@ int main(int argc, char** argv) {
   const fs::path folder = places[1];
   fs::create_directories(folder, error);
   const auto name = "Orvalle-" + std::to_string(information->build) + ".zip";
+  // Under its name it is whole at every moment, for those who are being served it.
+  const auto unfinished = folder / (name + ".part");
   // The names in the archive begin with the bundle's own.
-  if (!run({"/usr/bin/env", "LC_ALL=C.UTF-8", "/usr/bin/bsdtar", "-c", "--format", "zip", "-f", folder / name,
+  if (!run({"/usr/bin/env", "LC_ALL=C.UTF-8", "/usr/bin/bsdtar", "-c", "--format", "zip", "-f", unfinished,
             "-C", bundle.parent_path(), bundle.filename()}))
-    return fail((folder / name).string() + ": non si può scrivere");
+    return fail(unfinished.string() + ": non si può scrivere");
+  fs::rename(unfinished, folder / name, error);
+  if (error) return fail((folder / name).string() + ": " + error.message());
 
   release["versione"] = information->version;
   release["build"] = information->build;

@@ -12,17 +12,18 @@ PEER = pathlib.Path(__file__).with_name("peer.mjs")
 
 
 class DemoServer:
-    """The server that comes with the program, with the keys of this desktop's user."""
+    """The server that comes with the program, with the keys of this desktop's user, and other options."""
 
-    def __init__(self, desktop):
+    def __init__(self, desktop, *options):
         self._desktop = desktop
+        self._options = options
         self._process = None
         self._start(0)
 
     def _start(self, port):
         name = f"demo-{len(list(self._desktop.logs.glob('demo-*')))}"
         self._process = self._desktop.spawn(name, [str(build_folder() / BUNDLE / "bin/orvalle-demo"), "--serve-only",
-                                                   "--port", str(port)])
+                                                   "--port", str(port), *self._options])
         log = self._desktop.logs / name
         found = wait_for("server", lambda: re.search(r"http://localhost:(\d+)", log.read_text(encoding="utf-8")), 40)
         self.address = found.group()
