@@ -1,6 +1,8 @@
 #include "update/installazione.h"
 
 #include <chrono>
+#include <fstream>
+#include <string_view>
 #include <system_error>
 #include <utility>
 #include <variant>
@@ -20,6 +22,15 @@ constexpr int kOk = 200;
 constexpr std::uintmax_t kReserve = 64ULL * 1024 * 1024;
 constexpr std::chrono::milliseconds kDiskLook{200};
 constexpr char kNoRoom[] = "Non c'è abbastanza spazio sul disco.";
+
+/// What a zip archive begins with. The unpacker knows many other kinds, and no server of ours sends them.
+constexpr std::string_view kZip = "PK";
+
+bool isZip(const fs::path& file) {
+  std::string begin(kZip.size(), '\0');
+  std::ifstream(file, std::ios::binary).read(begin.data(), static_cast<std::streamsize>(begin.size()));
+  return begin == kZip;
+}
 
 /// Encrypted, or from this very machine.
 bool isTrusted(const base::Url& url) {
@@ -113,6 +124,7 @@ void Installazione::installa(const fs::path& zip, const std::string& versione) {
   std::error_code error;
   work_ = base::ScratchFolder::make(platform_.userFolders.temporary(), "orvalle-agg-", error);
   if (!work_) return failUpdate(error.message());
+  if (!isZip(zip)) return failUpdate("Il pacchetto non è un archivio zip.");
   run(platform_.packageTools.list(zip),
       [this, zip, versione](const std::string& listing) { unpack(zip, versione, listing); });
 }

@@ -52,6 +52,7 @@ struct MemoryPlatform {
     OpenPanel* openPanel = nullptr;
     Bundle* bundle = nullptr;
     Processes* processes = nullptr;
+    HttpClient* http = nullptr;
     PackageTools* packageTools = nullptr;
   };
   Platform platform() { return platform(Own()); }
@@ -84,7 +85,7 @@ struct MemoryPlatform {
             frontmost,
             accessibility,
             inputIdle,
-            http,
+            own.http ? *own.http : http,
             own.packageTools ? *own.packageTools : packageTools};
   }
 };

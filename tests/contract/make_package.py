@@ -5,6 +5,7 @@ functions below; all but "good" are what nobody should install."""
 import os
 import pathlib
 import stat
+import struct
 import subprocess
 import sys
 import zipfile
@@ -62,6 +63,38 @@ def through_link(archive, bundle):
     add(archive, "via/fuori", b"fuori")
 
 
+def through_link_inside(archive, bundle):
+    add_bundle(archive, bundle)
+    add(archive, "Orvalle.app/share/via", os.environ["ORVALLE_OUTSIDE"].encode(), LINK)
+    add(archive, "Orvalle.app/share/via/fuori", b"fuori")
+
+
+def over_link(archive, bundle):
+    """The same name twice: a link to a file outside, and what would be written through it."""
+    add_bundle(archive, bundle)
+    add(archive, "Orvalle.app/via", (os.environ["ORVALLE_OUTSIDE"] + "/fuori").encode(), LINK)
+    add(archive, "Orvalle.app/via", b"fuori")
+
+
+def disguised(archive, bundle):
+    """A name that a list shows like that of a link."""
+    add_bundle(archive, bundle)
+    add(archive, "Orvalle.app -> /../../../fuori", b"fuori")
+
+
+def backslashes(archive, bundle):
+    """As other systems write names."""
+    add_bundle(archive, bundle)
+    add(archive, "..\\..\\fuori", b"fuori")
+    archive.filelist[-1].create_system = 0
+
+
+def line_break(archive, bundle):
+    """A name that would fill two lines of a list."""
+    add_bundle(archive, bundle)
+    add(archive, "Orvalle.app/a\n-rw-r--r--  0 0 0 0 Nov 21 14:01 b", b"fuori")
+
+
 def link_out(archive, bundle):
     add_bundle(archive, bundle)
     add(archive, "Orvalle.app/share/via", b"/etc/passwd", LINK)
@@ -115,17 +148,57 @@ def without_information(archive, bundle):
         (b"", mode) if name.endswith("Info.json") else (data, mode)))
 
 
-def bomb(archive, bundle):
+def absent_information(archive, bundle):
     add_bundle(archive, bundle)
-    # Says of itself now this, now that.
+    del archive.filelist[[entry.filename for entry in archive.filelist].index("Orvalle.app/Info.json")]
+
+
+def linked_information(archive, bundle):
+    """What says that this is the program is that of the program which looks."""
+    absent_information(archive, bundle)
+    add(archive, "Orvalle.app/Info.json", os.environ["ORVALLE_INSTALLED"].encode() + b"/Info.json", LINK)
+
+
+def zeros(archive, bundle):
+    """Unfolds to a thousand times its size, all of which fits on the disk."""
+    add_bundle(archive, bundle)
+    add(archive, "Orvalle.app/zeri", b"\0" * (64 << 20))
+
+
+def add_liar(archive, name, data, size):
+    """An entry that says of itself, in both its places, that it is of another size."""
+    entry = zipfile.ZipInfo(name)
+    entry.create_system = 3
+    entry.external_attr = (stat.S_IFREG | 0o644) << 16
+    entry.compress_type = zipfile.ZIP_DEFLATED
+    with archive.open(entry, "w", force_zip64=True) as stream:
+        stream.write(data)
+    entry.file_size = size
+    end = archive.fp.tell()
+    archive.fp.seek(entry.header_offset + 22)
+    archive.fp.write(struct.pack("<L", min(size, 0xffffffff)))
+    archive.fp.seek(entry.header_offset + 30 + len(name) + 4)
+    archive.fp.write(struct.pack("<Q", size))
+    archive.fp.seek(end)
+
+
+def huge(archive, bundle):
+    """Says that it needs more than a disk has left."""
+    add_bundle(archive, bundle)
+    add_liar(archive, "Orvalle.app/enorme", b"\0" * 1000, 1_000_000_000_000)
+
+
+def bomb(archive, bundle):
+    """Unfolds to more than it says."""
+    add_bundle(archive, bundle)
+    add_liar(archive, "Orvalle.app/bomba", b"\0" * (64 << 20), 1000)
+
+
+def contradictory(archive, bundle):
+    """Says of its size now this, now that."""
+    add_bundle(archive, bundle)
     add(archive, "bomba", b"\0" * 1000)
     archive.filelist[-1].file_size = 1 << 39
-
-
-def many(archive, bundle):
-    add_bundle(archive, bundle)
-    for number in range(200_001):
-        add(archive, f"n{number}", compress=zipfile.ZIP_STORED)
 
 
 def main(kind, bundle, target):
@@ -137,6 +210,9 @@ def main(kind, bundle, target):
         return
     if kind == "nonsense":
         target.write_bytes(b"<html>non trovato</html>")
+        return
+    if kind == "tar":
+        subprocess.run(["bsdtar", "-c", "-z", "-f", target, "-C", bundle.parent, bundle.name], check=True)
         return
     make = good if kind == "truncated" else globals()[kind]
     with zipfile.ZipFile(target, "w") as archive:

@@ -53,10 +53,25 @@ class InstallazioneTest : public ::testing::Test {
     return lines;
   }
 
+  /// What is asked of a server when a release has this address. The answer is a failure, or that nobody is
+  /// asked; both are on the screen afterwards.
+  std::string asked(const std::string& url) {
+    system.alerts.waiting.clear();
+    system.http.requests.clear();
+    scarica(url);
+    if (system.http.requests.empty()) return "";
+    request().gotFile({});
+    return request().url;
+  }
+  /// An archive that nobody downloaded.
+  fs::path zip() const {
+    std::ofstream(root / "y.zip") << "PK";
+    return root / "y.zip";
+  }
   /// The package has come.
   void download() {
     scarica();
-    std::ofstream(request().file) << "zip";
+    std::ofstream(request().file) << "PK";
     request().gotFile(200);
   }
   fs::path work() { return tool().arguments.at(1); }
@@ -114,35 +129,29 @@ TEST_F(InstallazioneTest, trustsEncryptedAddressesAndThisMachine) {
            {"http://localhost:4717/x", "http://localhost:4717/x"},
            {"http://user@localhost/x", "http://user@localhost/x"},
            {"file://localhost/x", "file://localhost/x"}}) {
-    scarica(url);
-    ASSERT_FALSE(system.http.requests.empty()) << url;
-    EXPECT_EQ(system.http.requests.back()->url, expected);
-    system.http.requests.back()->gotFile({});
-    system.alerts.press(0);
+    EXPECT_EQ(asked(url), expected);
+    EXPECT_EQ(shown(), kNotDownloaded) << url;
   }
 }
 
 TEST_F(InstallazioneTest, trustsNoOtherAddress) {
-  for (const auto* url : {"http://app.example/x", "HTTPS://app.example/x", "http://LOCALHOST/x",
-                          "http://localhost@evil.example/x", "http://evil.example#localhost",
-                          "http://evil.example/localhost", "http://localhost.evil.example/x",
-                          "http://127.0.0.1/x", "ftp://app.example/x", "", "http://a b/", "https://a:x/"}) {
-    scarica(url);
+  for (const auto* url :
+       {"http://app.example/x", "HTTPS://app.example/x", "http://LOCALHOST/x", "http://localhost./x",
+        "http://localhost@evil.example/x", "http://evil.example#localhost", "http://evil.example?localhost",
+        "http://evil.example/localhost", "http://localhost.evil.example/x", "http://evil-localhost/x",
+        "http://127.0.0.1/x", "http://[::1]/x", "ftp://app.example/x", "", "http://a b/", "https://a:x/"}) {
+    EXPECT_EQ(asked(url), "");
     EXPECT_EQ(shown(), kUntrusted) << url;
-    system.alerts.press(0);
   }
-  EXPECT_TRUE(system.http.requests.empty());
   EXPECT_EQ(leftovers(), Texts());
 }
 
 TEST_F(InstallazioneTest, trustsARelativeAddressAsFarAsTheWebApplication) {
   system.environment.variables["ORVALLE_APP_URL"] = "http://app.example/";
-  scarica("/x.zip");
+  EXPECT_EQ(asked("/x.zip"), "");
   EXPECT_EQ(shown(), kUntrusted);
-  system.alerts.press(0);
   system.environment.variables["ORVALLE_APP_URL"] = "http://localhost:1/";
-  scarica("/x.zip");
-  EXPECT_EQ(request().url, "http://localhost:1/x.zip");
+  EXPECT_EQ(asked("/x.zip"), "http://localhost:1/x.zip");
 }
 
 TEST_F(InstallazioneTest, refusesBeforeTheDownloadWhatCannotBeReplaced) {
@@ -216,6 +225,18 @@ TEST_F(InstallazioneTest, looksIntoTheArchiveBeforeUnpackingIt) {
   EXPECT_EQ(system.processes.runs.size(), 1u);
 }
 
+TEST_F(InstallazioneTest, looksIntoNothingButZipArchives) {
+  for (const auto* begin : {"", "P", "<html>", "\x1f\x8b", "KP"}) {
+    std::ofstream(root / "y.zip") << begin;
+    installazione.installa(root / "y.zip", "2.0");
+    expectFailure(failed("Il pacchetto non è un archivio zip."));
+    system.alerts.press(0);
+  }
+  installazione.installa(root / "manca.zip", "2.0");
+  expectFailure(failed("Il pacchetto non è un archivio zip."));
+  EXPECT_TRUE(system.processes.runs.empty());
+}
+
 TEST_F(InstallazioneTest, unpacksIntoAWorkingFolderOfItsOwn) {
   reachUnpacking();
   EXPECT_EQ(tool().arguments.at(0), request().file);
@@ -238,11 +259,11 @@ TEST_F(InstallazioneTest, passesOnWhatAFailingToolSays) {
   tool().end(1, "non è uno zip");
   expectFailure(failed("non è uno zip"));
   system.alerts.press(0);
-  installazione.installa(root / "y.zip", "2.0");
+  installazione.installa(zip(), "2.0");
   tool().fail("manca");
   expectFailure(failed("manca"));
   system.alerts.press(0);
-  installazione.installa(root / "y.zip", "2.0");
+  installazione.installa(zip(), "2.0");
   tool().end(0, "1");
   tool().end(1);
   expectFailure(failed("/bin/unpack"));
