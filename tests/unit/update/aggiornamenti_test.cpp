@@ -200,6 +200,12 @@ TEST_F(AggiornamentiTest, offersASkippedBuildOnlyWhenAsked) {
   answer(manifest(7));
   EXPECT_EQ(shown(), kOffer);
   system.alerts.press(1);
+  system.defaults.set("aggiornamentoSaltato", std::int64_t{7});
+  aggiornamenti.controlla(true);
+  answer(manifest(6));
+  EXPECT_EQ(shown(), kOffer);
+  system.alerts.press(1);
+  system.defaults.set("aggiornamentoSaltato", std::int64_t{6});
   aggiornamenti.controlla(false);
   answer(manifest(6));
   EXPECT_EQ(shown(), kOffer);

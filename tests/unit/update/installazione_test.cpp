@@ -1,9 +1,11 @@
 #include "update/installazione.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <csignal>
 #include <fstream>
 #include <iterator>
 #include <regex>
@@ -174,6 +176,36 @@ TEST_F(InstallazioneTest, saysWhyThereIsNoPlaceForTheDownload) {
   EXPECT_TRUE(system.http.requests.empty());
 }
 
+TEST_F(InstallazioneTest, refusesBeforeUnpackingWhatCannotBeReplacedAnyMore) {
+  scarica();
+  std::ofstream(request().file) << "PK";
+  system.bundle.obstacle = platform::SwapObstacle::FolderNotWritable;
+  request().gotFile(200);
+  expectFailure(failed("Non ho il permesso di scrivere nella cartella in cui sta Orvalle.app."));
+  EXPECT_TRUE(system.processes.runs.empty());
+}
+
+TEST_F(InstallazioneTest, saysWhyThereIsNoPlaceToUnpackIn) {
+  system.userFolders.temporaryFolder = "/dev/null/tmp";
+  installazione.installa(zip(), "2.0");
+  ASSERT_EQ(shown().size(), 3u);
+  expectFailure(failed(shown()[1]));
+  EXPECT_NE(shown()[1], "");
+  EXPECT_TRUE(system.processes.runs.empty());
+}
+
+TEST_F(InstallazioneTest, saysWhyWhatWasUnpackedCannotBeRead) {
+  reachUnpacking();
+  fs::remove_all(work());
+  tool().end();
+  expectFailure(failed(std::make_error_code(std::errc::no_such_file_or_directory).message()));
+}
+
+TEST_F(InstallazioneTest, comesToTheFrontWithItsAlerts) {
+  EXPECT_EQ(asked("http://altrove.example/x"), "");
+  EXPECT_EQ(std::count(system.journal.begin(), system.journal.end(), "activate"), 1);
+}
+
 TEST_F(InstallazioneTest, showsTheDownloadWhileItRuns) {
   scarica();
   EXPECT_EQ(shown(), (Texts{"Sto scaricando Orvalle 2.0…", "Ci vuole un momento.", "Annulla"}));
@@ -295,10 +327,15 @@ TEST_F(InstallazioneTest, recognisesOnlyItself) {
 }
 
 TEST_F(InstallazioneTest, recognisesNoBundleWithoutAName) {
-  reachUnpacking();
-  fs::create_directory(work() / "Orvalle.app");
-  tool().end();
-  expectFailure(kOtherApp);
+  for (const auto* own : {"app.orvalle.Orvalle", ""}) {
+    system.bundle.identifierText = own;
+    system.http.requests.clear();
+    reachUnpacking();
+    fs::create_directory(work() / "Orvalle.app");
+    tool().end();
+    expectFailure(kOtherApp);
+    system.alerts.press(0);
+  }
 }
 
 TEST_F(InstallazioneTest, takesTwoBundlesWithoutANameForTheSame) {
@@ -383,6 +420,23 @@ TEST_F(InstallazioneTest, saysWhyTheBundleCouldNotBeMoved) {
   installazione.scambiaERiavvia(root / "non esiste", "2.0");
   EXPECT_EQ(shown(), failed(std::make_error_code(std::errc::no_such_file_or_directory).message()));
   EXPECT_TRUE(system.processes.detached.empty());
+}
+
+TEST_F(InstallazioneTest, saysWhyTheScriptCouldNotBeWritten) {
+  reachVerification();
+  rlimit before{};
+  ::getrlimit(RLIMIT_FSIZE, &before);
+  rlimit none = before;
+  none.rlim_cur = 0;
+  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+  ::setrlimit(RLIMIT_FSIZE, &none);
+  tool().end();
+  ::setrlimit(RLIMIT_FSIZE, &before);
+  std::signal(SIGXFSZ, handler);
+  EXPECT_EQ(shown(), failed(std::make_error_code(std::errc::file_too_large).message()));
+  EXPECT_EQ(leftovers(), Texts{"orvalle-nuova-.app"});
+  EXPECT_TRUE(system.processes.detached.empty());
+  EXPECT_EQ(recorded, Texts());
 }
 
 TEST_F(InstallazioneTest, leavesNothingBehindWhenTheProgramEndsMeanwhile) {

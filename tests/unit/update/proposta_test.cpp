@@ -1,3 +1,6 @@
+#include <filesystem>
+#include <fstream>
+
 #include "tests/unit/update/aggiornamenti_fixture.h"
 
 /// The offer of a newer release.
@@ -25,6 +28,34 @@ TEST_F(PropostaTest, putsTheNoteFirst) {
 TEST_F(PropostaTest, saysOnlyWhatHappensWithoutANote) {
   offer(R"(,"note":"")");
   EXPECT_EQ(shown().at(1), kReopens);
+}
+
+TEST_F(PropostaTest, isAcceptedByReturn) {
+  offer();
+  const auto& alert = system.alerts.waiting.front().alert;
+  EXPECT_EQ(alert.returnButton, 0u);
+  EXPECT_EQ(alert.closing, 1u);
+}
+
+TEST_F(PropostaTest, notesTheUpdateThatItLeadsTo) {
+  const auto folder = std::filesystem::path(testing::TempDir()) / "proposta";
+  system.userFolders.temporaryFolder = folder;
+  offer();
+  system.alerts.press(0);
+  std::ofstream(request().file) << "PK";
+  request().gotFile(200);
+  const auto& runs = system.processes.runs;
+  runs.back()->end(0, "1000");
+  const std::filesystem::path work = runs.back()->arguments.at(1);
+  std::filesystem::create_directory(work / "Orvalle.app");
+  std::ofstream(work / "Orvalle.app" / "identifier") << "app.orvalle.Orvalle";
+  runs.back()->end();
+  EXPECT_FALSE(aggiornamenti.ultimoAggiornamento());
+  runs.back()->end();
+  ASSERT_TRUE(aggiornamenti.ultimoAggiornamento());
+  EXPECT_EQ(aggiornamenti.ultimoAggiornamento()->versione, "2.0");
+  EXPECT_EQ(system.application.terminations, 1);
+  std::filesystem::remove_all(folder);
 }
 
 TEST_F(PropostaTest, downloadsWhenTheUserAgrees) {
