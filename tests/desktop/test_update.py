@@ -1,11 +1,14 @@
 """An installed program finds a newer build of itself, offers it, and comes back as that."""
 
+import io
 import json
 import os
 import pathlib
 import shutil
+import signal
 import subprocess
 import time
+import zipfile
 
 import pytest
 
@@ -13,27 +16,11 @@ from harness import processes
 from harness.accessibility import Accessibility
 from harness.processes import wait_for
 from harness.program import BUNDLE, build_folder
+from harness.releases import processes_of, revise, run_tool
 from harness.server import Answer
 
 REOPENS = "L'app si chiude e si riapre da sola: quello che stai facendo resta dov'è."
-PATHS = ["semplice", "due parole \"e' $(virgolette) `x` àè"]
-
-
-def run_tool(tool, *arguments):
-    return subprocess.run([build_folder() / BUNDLE / "bin" / tool, *arguments], check=True, stdin=subprocess.DEVNULL,
-                          capture_output=True, text=True).stdout
-
-
-def make_build(folder, version, build):
-    """A copy of the built bundle that says that it is this build, signed again."""
-    bundle = folder / BUNDLE
-    folder.mkdir(parents=True)
-    shutil.copytree(build_folder() / BUNDLE, bundle, symlinks=True)
-    information = json.loads((bundle / "Info.json").read_text(encoding="utf-8"))
-    information |= {"CFBundleVersion": str(build), "CFBundleShortVersionString": version}
-    (bundle / "Info.json").write_text(json.dumps(information), encoding="utf-8")
-    run_tool("orvalle-codesign", "sign", bundle)
-    return bundle
+ODD = "due parole \"e' $(virgolette) `x` àè"
 
 
 def contents(folder):
@@ -41,6 +28,30 @@ def contents(folder):
     return {path.relative_to(folder).as_posix(): (path.lstat().st_mode, os.readlink(path) if path.is_symlink() else
                                                   path.read_bytes() if path.is_file() else None)
             for path in sorted(folder.rglob("*"))}
+
+
+class Release:
+    """A bundle, and what a server publishes of it."""
+
+    def __init__(self, bundle, folder, note=None):
+        self.bundle = bundle
+        run_tool("orvalle-package", *(["--note", note] if note else []), bundle, folder)
+        self.manifest = json.loads((folder / "versione.json").read_text(encoding="utf-8"))
+        self.package = (folder / pathlib.PurePath(self.manifest["url"]).name).read_bytes()
+
+
+@pytest.fixture(scope="module")
+def newer(tmp_path_factory):
+    """The next release, built like the installed one."""
+    return Release(build_folder() / "newer" / BUNDLE, tmp_path_factory.mktemp("sito"), "Più veloce.")
+
+
+@pytest.fixture(scope="module")
+def newest(newer, tmp_path_factory):
+    """The one after it, which differs in what it says of itself."""
+    bundle = revise(newer.bundle, tmp_path_factory.mktemp("nuovissima"), "3.0", newer.manifest["build"] + 1)
+    run_tool("orvalle-codesign", "sign", bundle)
+    return Release(bundle, tmp_path_factory.mktemp("sito"))
 
 
 class World:
@@ -56,20 +67,16 @@ class World:
         self.bundle = None
         self.started = []
 
-    def install(self, place, version, build):
-        self.bundle = make_build(self.folder / place, version, build)
+    def install(self, place="app"):
+        self.bundle = self.folder / place / BUNDLE
+        shutil.copytree(build_folder() / BUNDLE, self.bundle, symlinks=True)
 
-    def publish(self, version, build, note=None, change=None):
-        """Makes and publishes a newer build; `change` may spoil the package."""
-        newer = make_build(self.folder / f"nuova-{build}", version, build)
-        published = self.folder / f"sito-{build}"
-        note = ["--note", note] if note else []
-        run_tool("orvalle-package", *note, newer, published)
-        manifest = json.loads((published / "versione.json").read_text(encoding="utf-8"))
-        data = (published / pathlib.PurePath(manifest["url"]).name).read_bytes()
+    def publish(self, release, answer=None, **changes):
+        """Publishes a release; what the server answers instead of its package may be another, and the manifest say
+        something else of it."""
+        manifest = release.manifest | changes
         self.site.routes["/mac/versione.json"] = Answer(json.dumps(manifest), type="application/json")
-        self.site.routes[manifest["url"]] = Answer(change(data) if change else data, type="application/zip")
-        return newer
+        self.site.routes[release.manifest["url"]] = answer or Answer(release.package, type="application/zip")
 
     def start(self):
         variables = self.home.environment | {name: value for name, value in os.environ.items()
@@ -80,21 +87,42 @@ class World:
         self.started.append(process)
         return process
 
+    def access(self):
+        return Accessibility(self.desktop, self.running()[0])
+
+    def window(self):
+        return wait_for("window", lambda: [window for pid in self.running()
+                                           for window in self.desktop.windows.of(pid, "Orvalle")], 60)[0]
+
     def running(self):
         """The ids of the processes of the installed program."""
-        program = str(self.bundle / "bin/orvalle")
-        found = []
+        return processes_of(self.bundle)
+
+    def swapping(self):
+        """Whether the script is at work."""
         for entry in pathlib.Path("/proc").glob("[0-9]*"):
             try:
-                if os.readlink(entry / "exe").removesuffix(" (deleted)") == program:
-                    found.append(int(entry.name))
+                if f"{self.temporary}/orvalle-scambio-".encode() in (entry / "cmdline").read_bytes():
+                    return True
             except OSError:
                 continue
-        return found
+        return False
+
+    def wait_newer(self, old, release, seconds=60):
+        """Waits until only the release runs, in the place of the old process, and nothing else is left."""
+        wait_for("the newer program", lambda: self.running() and old not in self.running(), seconds)
+        assert contents(self.bundle) == contents(release.bundle)
+        wait_for("an empty temporary folder", lambda: not os.listdir(self.temporary), 20)
+        self.window()
+        assert len(self.running()) == 1
+
+    def wait_cleared(self):
+        wait_for("an empty temporary folder", lambda: not os.listdir(self.temporary), 20)
 
     def end(self):
         for pid in self.running():
-            os.kill(pid, 15)
+            os.kill(pid, signal.SIGCONT)
+            os.kill(pid, signal.SIGTERM)
         wait_for("the end of the program", lambda: not self.running(), 40)
         for process in self.started:
             process.wait(20)
@@ -109,75 +137,157 @@ def world(desktop, home, site, tmp_path):
 
 
 def version_of(bundle):
-    return json.loads((bundle / "Info.json").read_text(encoding="utf-8"))["CFBundleVersion"]
+    """What the installed program says of itself."""
+    return subprocess.run([bundle / "AppRun", "--version"], check=True, stdin=subprocess.DEVNULL, capture_output=True,
+                          text=True).stdout.strip()
 
 
-@pytest.mark.parametrize("place", PATHS)
-def test_older_build_becomes_the_newer_one(world, desktop, home, page, place):
+def test_older_build_becomes_the_newer_one_and_then_the_newest(world, home, page, newer, newest):
     home.write_defaults({"supabaseUrl": "https://p.example", "mio": 7})
-    world.install(place, "1.0", 10)
-    newer = world.publish("2.0", 20, note="Più veloce.")
-    expected = contents(newer)
+    world.install()
+    assert version_of(world.bundle) == f"Orvalle 0.1.0 ({newer.manifest['build'] - 1})"
+    world.publish(newer)
     old = world.start()
     page.wait_loaded()
+    window = world.window()
+    window.resize(window.frame.width - 130, window.frame.height - 70)
+    page.run("localStorage.setItem('prova', 'sette'); document.cookie = 'prova=7; max-age=9999'")
+    frame = window.box
 
-    access = Accessibility(desktop, old.pid)
+    access = world.access()
     access.wait_text("C'è Orvalle 2.0", 60)
     assert f"Più veloce.\n\n{REOPENS}" in access.texts()
     access.press("push button", "Aggiorna e riavvia")
     assert old.wait(120) == 0
-    wait_for("the newer program", lambda: world.running() and old.pid not in world.running(), 60)
-    assert version_of(world.bundle) == "20"
-    assert contents(world.bundle) == expected
-    wait_for("its window", lambda: desktop.windows.of(world.running()[0], "Orvalle"), 60)
+    world.wait_newer(old.pid, newer)
+    assert version_of(world.bundle) == f"Orvalle 2.0 ({newer.manifest['build']})"
 
     stored = home.defaults()
     assert stored["ultimoAggiornamentoVersione"] == "2.0"
     assert stored["supabaseUrl"] == "https://p.example" and stored["mio"] == 7
-    wait_for("an empty temporary folder", lambda: not list(world.temporary.glob("orvalle-*")), 20)
-    # It finds nothing newer than itself, and is the only one.
-    time.sleep(1)
+    page.wait_loaded(2)
+    assert page.run("return [localStorage.getItem('prova'), document.cookie]") == ["sette", "prova=7"]
+    wait_for("the frame of before", lambda: world.window().box == frame)
+    # A second start finds the first.
+    again = world.start()
+    assert again.wait(40) == 0
     assert len(world.running()) == 1
 
+    # The page finds the next one, and installs it without a question.
+    world.publish(newest)
+    page.push({"tipo": "aggiornamenti-cerca", "id": 5})
+    replies = page.wait_true("replies.length && replies")
+    assert json.loads(replies[0][1]) == {"esito": "trovato", "versione": "3.0", "build": newest.manifest["build"]}
+    between = world.running()[0]
+    page.push({"tipo": "aggiornamenti-installa"})
+    wait_for("the end of the program", lambda: between not in world.running(), 120)
+    world.wait_newer(between, newest)
+    page.wait_loaded(3)
+    page.push({"tipo": "aggiornamenti-stato", "id": 6})
+    state = json.loads(page.wait_true("replies.length && replies")[0][1])
+    assert (state["versione"], state["build"], state["ultimaVersione"]) == ("3.0", newest.manifest["build"], "3.0")
+    wait_for("the frame of before", lambda: world.window().box == frame)
 
-def test_package_that_was_changed_on_the_way_is_refused(world, desktop, page):
-    world.install("app", "1.0", 10)
 
-    def flip(data):
-        at = data.rindex(b"Signature/manifest") // 2
-        return data[:at] + bytes([data[at] ^ 1]) + data[at + 1:]
-    world.publish("2.0", 20, change=flip)
-    before = contents(world.bundle)
+def test_program_that_does_not_end_for_eleven_seconds_is_replaced_all_the_same(world, page, newer):
+    world.install(ODD)
+    world.publish(newer)
     old = world.start()
     page.wait_loaded()
-    access = Accessibility(desktop, old.pid)
+    access = world.access()
     access.wait_text("C'è Orvalle 2.0", 60)
     access.press("push button", "Aggiorna e riavvia")
-    access.wait_text("Aggiornamento non riuscito.", 60)
-    assert contents(world.bundle) == before
-    wait_for("an empty temporary folder", lambda: not list(world.temporary.glob("orvalle-*")), 20)
-    access.press("push button", "Va bene")
+    wait_for("the script", world.swapping, 60, pause=0.001)
+    old.send_signal(signal.SIGSTOP)
+    begin = time.monotonic()
+    assert old.poll() is None, "it ended before it could be held up"
+    wait_for("the other bundle", lambda: not (world.bundle / "bin/orvalle").exists(), 30, pause=0.005)
+    assert 8 < time.monotonic() - begin
+    time.sleep(max(0, begin + 11 - time.monotonic()))
+    assert old.poll() is None
+    old.send_signal(signal.SIGCONT)
+    assert old.wait(60) == 0
+    world.wait_newer(old.pid, newer)
+    assert version_of(world.bundle) == f"Orvalle 2.0 ({newer.manifest['build']})"
+
+
+def with_more(package, name, data):
+    """The package with one more entry."""
+    changed = io.BytesIO(package)
+    with zipfile.ZipFile(changed, "a") as archive:
+        archive.writestr(name, data)
+    return changed.getvalue()
+
+
+def test_package_that_does_not_come_as_it_should_is_refused(world, page, site, newer):
+    world.install()
+    world.publish(newer, build=0)  # no newer one, for now
+    package = newer.package
+    middle = package.rindex(b"Signature/manifest") // 2
+    flipped = package[:middle] + bytes([package[middle] ^ 1]) + package[middle + 1:]
+    elsewhere = site.url.replace("localhost", "127.0.0.1")
+    failed, missing = "Aggiornamento non riuscito.", "Scaricamento non riuscito."
+    kinds = {
+        "one byte": (Answer(flipped), {}, failed),
+        "one file more": (Answer(with_more(package, "Orvalle.app/bin/altro", "x")), {}, failed),
+        "out of the folder": (Answer(with_more(package, "../../fuori", "x")), {}, failed),
+        "cut": (Answer(package[:len(package) * 99 // 100]), {}, failed),
+        "a part": (Answer(package, 206), {}, missing),
+        "not modified": (Answer("", 304), {}, missing),
+        "elsewhere": (Answer("", 302, headers={"Location": elsewhere + "altro.zip"}), {}, missing),
+        "not encrypted": (None, {"url": elsewhere + "altro.zip"}, "Aggiornamento non valido."),
+    }
+    site.routes["/altro.zip"] = Answer(package)
+    before = contents(world.bundle)
+    beside = sorted(world.folder.rglob("*"))
+    old = world.start()
+    page.wait_loaded()
+    access = world.access()
+    for number, (kind, (answer, changes, message)) in enumerate(kinds.items(), 1):
+        world.publish(newer, answer, **changes)
+        page.push({"tipo": "aggiornamenti-cerca", "id": number})
+        page.wait_true(f"replies.length == {number}")
+        page.push({"tipo": "aggiornamenti-installa"})
+        access.wait_text(message, 90)
+        world.wait_cleared()
+        assert contents(world.bundle) == before, kind
+        assert sorted(world.folder.rglob("*")) == beside, kind
+        access.press("push button", "Va bene")
+        wait_for("no alert", lambda: not access.find("push button", "Va bene"), 20)
+    assert "/altro.zip" not in site.paths()
     assert old.poll() is None
 
 
-def test_download_is_shown_and_cancelled(world, desktop, page, site):
-    world.install("app", "1.0", 10)
-    world.publish("2.0", 20)
-    url = json.loads(site.routes["/mac/versione.json"].body)["url"]
+def test_download_is_shown_and_cancelled_and_no_other_begins_meanwhile(world, page, site, tray, newer):
+    world.install()
+    url = newer.manifest["url"]
 
     def never(_):
-        time.sleep(30)
-        return Answer(b"", 500)
-    site.routes[url] = never
+        time.sleep(60)
+    world.publish(newer, never)
     old = world.start()
     page.wait_loaded()
-    access = Accessibility(desktop, old.pid)
+    access = world.access()
     access.wait_text("C'è Orvalle 2.0", 60)
     access.press("push button", "Aggiorna e riavvia")
     access.wait_text("Sto scaricando Orvalle 2.0…", 60)
     assert access.find("progress bar")
+
+    # A check by the page, and one by the user, who is asked when the download is over.
+    page.push({"tipo": "aggiornamenti-cerca", "id": 5})
+    page.wait_true("replies.length == 1")
+    page.push({"tipo": "aggiornamenti-installa"})
+    tray.wait_item().menu.click("Cerca aggiornamenti…")
+    wait_for("three checks", lambda: sum("/mac/versione.json" in path for path in site.paths()) == 3, 20)
+    time.sleep(1)
+    assert site.paths().count(url) == 1
+    assert "C'è Orvalle 2.0" not in access.texts()
+
     access.press("push button", "Annulla")
+    access.wait_text("C'è Orvalle 2.0", 60)
+    access.press("push button", "Più tardi")
     access.wait_text("Scaricamento non riuscito.", 60)
     access.press("push button", "Va bene")
-    assert not list(world.temporary.glob("orvalle-*"))
+    world.wait_cleared()
+    assert site.paths().count(url) == 1
     assert old.poll() is None

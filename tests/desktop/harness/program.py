@@ -33,7 +33,7 @@ def app_run():
 class Program:
     """One start of the program in a desktop, for a user. Ended with the test at the latest."""
 
-    def __init__(self, desktop, home, address=None, *arguments, environment=None, wrapper=()):
+    def __init__(self, desktop, home, address=None, *arguments, environment=None, wrapper=(), bundle=None):
         self.desktop = desktop
         self.home = home
         self._number = len(list(desktop.logs.glob("orvalle-*")))
@@ -41,7 +41,7 @@ class Program:
         variables = home.environment | inherited_options() | (environment or {})
         if address is not None:
             variables["ORVALLE_APP_URL"] = address
-        self.process = processes.spawn([*wrapper, str(app_run()), *arguments], variables, self._log)
+        self.process = processes.spawn([*wrapper, str(bundle / "AppRun" if bundle else app_run()), *arguments], variables, self._log)
 
     @property
     def pid(self):
