@@ -6,12 +6,25 @@ namespace orvalle::platform {
 namespace {
 
 /// Runs in our own world. The event's detail is a text whatever the page made of the event, or it is dropped.
+/// A long one goes in pieces, cut where no character is halved.
 constexpr char kRelay[] = R"js((() => {
   const longest = 64 * 1024 * 1024;
+  const step = 256 * 1024;
   const handler = window.webkit.messageHandlers['HANDLER'];
+  const postPieces = text => {
+    for (let from = 0; from < text.length;) {
+      let to = from + step;
+      if ((text.charCodeAt(to) & 0xfc00) === 0xdc00) to--;
+      const kind = from === 0 ? '<' : to < text.length ? '+' : '>';
+      handler.postMessage(kind + text.slice(from, to));
+      from = to;
+    }
+  };
   document.addEventListener('HANDLER-message', event => {
     const text = event.detail;
-    if (typeof text === 'string' && text.length <= longest) handler.postMessage(text);
+    if (typeof text !== 'string' || text.length > longest) return;
+    if (text.length > step) postPieces(text);
+    else handler.postMessage('=' + text);
   });
 })();)js";
 

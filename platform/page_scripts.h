@@ -8,7 +8,8 @@ namespace orvalle::platform {
 /// lives in a script world of its own, where frames of other sites cannot find it. Both are for the start of
 /// every document.
 
-/// Runs in our own world, and posts each message to the native handler as JSON text.
+/// Runs in our own world, and posts each message to the native handler as JSON text, in pieces for
+/// `MessagePieces`.
 std::string relayScript(const std::string& handler);
 /// Runs in the page's world, and gives the page `window.webkit.messageHandlers.HANDLER.postMessage`.
 std::string pageScript(const std::string& handler);

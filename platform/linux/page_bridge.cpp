@@ -22,7 +22,7 @@ void addScript(WebKitUserContentManager* content, const std::string& source, con
 }  // namespace
 
 PageBridge::PageBridge(const std::string& handler, const std::string& documentStartScript,
-                       std::function<void(const std::string&)> received)
+                       std::function<void(std::string)> received)
     : received_(std::move(received)),
       content_(GObjectPtr<WebKitUserContentManager>::adopt(webkit_user_content_manager_new())),
       // Connected before the handler exists, so that not even the first message is lost.
@@ -41,7 +41,8 @@ void PageBridge::messageReceived(WebKitUserContentManager*, WebKitJavascriptResu
   const std::unique_ptr<GBytes, GlibDeleter> text(jsc_value_to_string_as_bytes(value));
   gsize size = 0;
   const auto* data = static_cast<const char*>(g_bytes_get_data(text.get(), &size));
-  static_cast<PageBridge*>(self)->received_(std::string(data, size));
+  auto& bridge = *static_cast<PageBridge*>(self);
+  if (auto whole = bridge.pieces_.take({data, size})) bridge.received_(std::move(*whole));
 }
 
 }  // namespace orvalle::platform::linuxos

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/linux/glib_ptr.h"
+#include "platform/message_pieces.h"
 
 namespace orvalle::platform::linuxos {
 
@@ -21,7 +22,7 @@ class PageBridge {
   /// `received` is called on the main loop with each message as a JSON document. Messages that JSON cannot
   /// express, and those longer than sixty-four million characters, are dropped. `handler` is an identifier.
   PageBridge(const std::string& handler, const std::string& documentStartScript,
-             std::function<void(const std::string& json)> received);
+             std::function<void(std::string json)> received);
 
   /// What a web view is made with.
   WebKitUserContentManager* content() const { return content_.get(); }
@@ -29,7 +30,8 @@ class PageBridge {
  private:
   static void messageReceived(WebKitUserContentManager*, WebKitJavascriptResult* message, gpointer self);
 
-  std::function<void(const std::string&)> received_;
+  std::function<void(std::string)> received_;
+  MessagePieces pieces_;
   GObjectPtr<WebKitUserContentManager> content_;
   SignalConnection connection_;
 };

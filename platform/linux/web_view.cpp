@@ -35,9 +35,10 @@ NavigationAction actionOf(WebKitPolicyDecision* decision) {
 
 WebView::WebView(WebKitWebContext* context, const WebWindowSpec& spec, WebWindowDelegate& delegate)
     : delegate_(delegate),
-      bridge_(
-          spec.messageHandler, spec.documentStartScript,
-          [this, name = spec.messageHandler](const auto& json) { delegate_.didReceiveMessage(name, json); }),
+      bridge_(spec.messageHandler, spec.documentStartScript,
+              [this, name = spec.messageHandler](std::string json) {
+                delegate_.didReceiveMessage(name, std::move(json));
+              }),
       view_(makeView(context, bridge_.content())),
       requests_(view_.get(), delegate),
       connections_{{{view_.get(), "decide-policy", G_CALLBACK(decidePolicy), this},

@@ -15,7 +15,7 @@ class PageBridge {
  public:
   /// `received` gets the JSON text of each message.
   PageBridge(const std::string& handler, const std::string& documentStartScript,
-             std::function<void(const std::string&)> received);
+             std::function<void(std::string)> received);
   PageBridge(const PageBridge&) = delete;
   PageBridge& operator=(const PageBridge&) = delete;
   ~PageBridge();

@@ -3,9 +3,10 @@
 #include <utility>
 
 #import "platform/macos/text.h"
+#include "platform/message_pieces.h"
 #include "platform/page_scripts.h"
 
-using Received = std::function<void(const std::string&)>;
+using Received = std::function<void(std::string)>;
 
 /// Kept by the web view as long as that likes: what it tells it to goes first.
 @interface OrvalleMessageHandler : NSObject <WKScriptMessageHandler>
@@ -14,6 +15,7 @@ using Received = std::function<void(const std::string&)>;
 
 @implementation OrvalleMessageHandler {
   Received _received;
+  orvalle::platform::MessagePieces _pieces;
 }
 
 - (void)listen:(Received)received {
@@ -23,7 +25,8 @@ using Received = std::function<void(const std::string&)>;
 - (void)userContentController:(WKUserContentController*)userContentController
       didReceiveScriptMessage:(WKScriptMessage*)message {
   if (!_received || !message.frameInfo.mainFrame || ![message.body isKindOfClass:[NSString class]]) return;
-  _received(orvalle::platform::macos::utf8Text(message.body));
+  auto whole = _pieces.take(orvalle::platform::macos::utf8Text(message.body));
+  if (whole) _received(std::move(*whole));
 }
 
 @end
@@ -43,7 +46,7 @@ void addScript(WKUserContentController* content, const std::string& source, WKCo
 }  // namespace
 
 PageBridge::PageBridge(const std::string& handler, const std::string& documentStartScript,
-                       std::function<void(const std::string&)> received)
+                       std::function<void(std::string)> received)
     : content_([[WKUserContentController alloc] init]), handler_([[OrvalleMessageHandler alloc] init]) {
   [handler_ listen:std::move(received)];
   WKContentWorld* world = [WKContentWorld worldWithName:nativeText(kWorld)];

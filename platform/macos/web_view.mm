@@ -90,7 +90,9 @@ WebView::WebView(const WebWindowSpec& spec, WebWindowDelegate& delegate)
     : delegate_(delegate),
       bridge_(
           spec.messageHandler, spec.documentStartScript,
-          [this, name = spec.messageHandler](const auto& json) { delegate_.didReceiveMessage(name, json); }),
+          [this, name = spec.messageHandler](std::string json) {
+            delegate_.didReceiveMessage(name, std::move(json));
+          }),
       view_(makeView(spec, bridge_.content())),
       requests_(view_, delegate),
       native_([[OrvalleNavigationDelegate alloc] init]) {

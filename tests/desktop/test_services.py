@@ -136,6 +136,12 @@ class TestBackups:
         assert requests.wait(902) == "grande.json"
         assert (folder / "grande.json").stat().st_size == 50000000
 
+    @pytest.mark.parametrize("before", ["", "x"])
+    def test_no_character_of_a_long_text_is_halved(self, page, requests, folder, before):
+        page.run("push({tipo: 'backup', id: 901, nome: 'frutta.json', contenuto: '%s' + '🍅'.repeat(400000)})" % before)
+        assert requests.wait(901) == str(folder / "frutta.json")
+        assert (folder / "frutta.json").read_text(encoding="utf-8") == before + "🍅" * 400000
+
     def test_folder_is_opened_once_it_exists(self, home, requests, folder):
         script = home.folder / "manager"
         record = home.folder / "shown"
