@@ -88,11 +88,10 @@ bool isPolicyInterruption(NSError* error) {
 
 WebView::WebView(const WebWindowSpec& spec, WebWindowDelegate& delegate)
     : delegate_(delegate),
-      bridge_(
-          spec.messageHandler, spec.documentStartScript,
-          [this, name = spec.messageHandler](std::string json) {
-            delegate_.didReceiveMessage(name, std::move(json));
-          }),
+      bridge_(spec.messageHandler, spec.documentStartScript,
+              [this, name = spec.messageHandler](std::string json) {
+                delegate_.didReceiveMessage(name, std::move(json));
+              }),
       view_(makeView(spec, bridge_.content())),
       requests_(view_, delegate),
       native_([[OrvalleNavigationDelegate alloc] init]) {
