@@ -28,7 +28,7 @@ class PanelContract : public ::testing::Test {
   std::unique_ptr<platform::Panel> panel;
 };
 
-using Rigs = ::testing::Types<MemoryPanelRig, LinuxPanelRig>;
+using Rigs = ::testing::Types<MemoryPanelRig, NativePanelRig>;
 TYPED_TEST_SUITE(PanelContract, Rigs);
 
 TYPED_TEST(PanelContract, isMadeHiddenAtTheOrigin) {

@@ -66,7 +66,7 @@ class PanelWindow : public ::testing::Test {
   }
   std::vector<gulong> property(const char* name) { return numbers(rig.nativeWindow(), name); }
 
-  LinuxPanelRig rig;
+  NativePanelRig rig;
   std::unique_ptr<platform::Panel> panel;
 };
 

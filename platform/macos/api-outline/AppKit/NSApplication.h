@@ -23,6 +23,7 @@ typedef NS_ENUM(NSInteger, NSApplicationActivationPolicy) {
 - (void)stop:(nullable id)sender;
 - (void)terminate:(nullable id)sender;
 - (void)postEvent:(NSEvent*)event atStart:(BOOL)flag;
+@property(readonly, copy) NSArray<NSWindow*>* windows;
 @property(readonly, copy) NSArray<NSWindow*>* orderedWindows;
 @property(nullable, strong) NSMenu* mainMenu;
 @property(nullable, strong) NSMenu* windowsMenu;

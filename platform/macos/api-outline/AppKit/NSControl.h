@@ -26,6 +26,7 @@ typedef NS_ENUM(NSUInteger, NSLineBreakMode) {
 @property(nullable, weak) id target;
 @property(nullable) SEL action;
 @property NSInteger tag;
+- (void)performClick:(nullable id)sender;
 @property(copy) NSString* stringValue;
 @property(nullable, strong) NSFont* font;
 @property NSTextAlignment alignment;

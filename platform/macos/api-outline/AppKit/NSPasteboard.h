@@ -10,6 +10,8 @@ extern NSPasteboardType const NSPasteboardTypeString;
 
 @interface NSPasteboard : NSObject
 @property(class, readonly, strong) NSPasteboard* generalPasteboard;
+- (NSInteger)clearContents;
+- (BOOL)setString:(NSString*)string forType:(NSPasteboardType)dataType;
 - (nullable NSString*)stringForType:(NSPasteboardType)dataType;
 @end
 

@@ -12,6 +12,7 @@ NS_ASSUME_NONNULL_BEGIN
 + (instancetype)labelWithString:(NSString*)stringValue API_AVAILABLE(macos(10.12));
 @property(nullable, copy) NSString* placeholderString;
 @property(nullable, copy) NSColor* textColor;
+@property(getter=isEditable) BOOL editable;
 @end
 
 NS_ASSUME_NONNULL_END

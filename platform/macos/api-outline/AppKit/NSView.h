@@ -21,6 +21,7 @@ typedef NS_OPTIONS(NSUInteger, NSAutoresizingMaskOptions) {
 @interface NSView : NSResponder
 - (instancetype)initWithFrame:(NSRect)frameRect NS_DESIGNATED_INITIALIZER;
 @property(nullable, readonly, assign) NSWindow* window;
+@property(copy) NSArray<__kindof NSView*>* subviews;
 - (void)addSubview:(NSView*)view;
 @property NSAutoresizingMaskOptions autoresizingMask;
 @property NSRect frame;
