@@ -16,6 +16,9 @@ class ApplicationDelegate : public ActionTarget {
   virtual bool applicationShouldTerminateAfterLastWindowClosed() = 0;
   /// The user started the program again. True lets the platform do what it usually does then.
   virtual bool applicationShouldHandleReopen(bool hasVisibleWindows) = 0;
+  /// Other programs hand over addresses of our scheme, or what they take for such: the texts as they were
+  /// written. Never before `applicationDidFinishLaunching`.
+  virtual void applicationOpen(const std::vector<std::string>& urls) = 0;
 };
 
 /// The running application: one for each user session.

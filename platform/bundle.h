@@ -10,6 +10,8 @@ namespace orvalle::platform {
 enum class SwapObstacle {
   /// The program does not run from a bundle.
   NoBundle,
+  /// The bundle came with a package of the system, whose package manager keeps it up to date.
+  Packaged,
   /// The user may not write where the bundle lies.
   FolderNotWritable,
 };
@@ -25,6 +27,8 @@ class Bundle {
   virtual std::optional<std::string> version() const = 0;
   /// "CFBundleShortVersionString", the version that people read.
   virtual std::optional<std::string> shortVersion() const = 0;
+  /// "PackageManager": who keeps the bundle up to date, where that is a package manager; absent otherwise.
+  virtual std::optional<std::string> packageManager() const = 0;
   /// The bundle's folder; outside a bundle the folder of the program's file.
   virtual std::filesystem::path path() const = 0;
 

@@ -23,6 +23,7 @@
 #include "platform/pasteboard.h"
 #include "platform/processes.h"
 #include "platform/screen.h"
+#include "platform/session_watch.h"
 #include "platform/settings_panes.h"
 #include "platform/status_item.h"
 #include "platform/system_log.h"
@@ -65,6 +66,7 @@ struct Platform {
   InputIdle& inputIdle;
   HttpClient& http;
   PackageTools& packageTools;
+  SessionWatch& sessionWatch;
 };
 
 }  // namespace orvalle::platform

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -26,6 +27,9 @@ enum class NavigationPolicy { Allow, Cancel };
 inline constexpr char kAddressBlockedText[] = "L'indirizzo non si può aprire.";
 inline constexpr char kPageProcessEndedText[] = "Il processo della pagina si è chiuso.";
 
+/// How long a page's process may take to answer before it is told of.
+inline constexpr std::chrono::seconds kAnswerNotice{3};
+
 /// What a web window tells and asks its owner, on the main loop. Every `done` must be called exactly once,
 /// also when the answer comes late; the page's script waits for it while everything else goes on.
 class WebWindowDelegate {
@@ -37,11 +41,17 @@ class WebWindowDelegate {
   virtual void didStart(const std::string& url) = 0;
   /// The main frame now shows the document at `url` ("about:blank" for `loadHtml`).
   virtual void didCommit(const std::string& url) = 0;
+  /// The page that was committed last has loaded with all that belongs to it: its script has run. Not for
+  /// `loadHtml`.
+  virtual void didFinish() = 0;
   /// A load of the main frame failed before or after it committed; also when it was cancelled, and when the
   /// web process ended. Not told: navigations that `decidePolicy` cancelled, a load that a later `load` or
   /// `loadHtml` of ours replaced, and failures of `loadHtml` itself. The description is the platform's own
   /// error text.
   virtual void didFail(const std::string& description) = 0;
+  /// The page's process has been asked for something and has not answered for `kAnswerNotice`; it does again.
+  virtual void didStopAnswering() = 0;
+  virtual void didAnswerAgain() = 0;
   /// The main frame's script posted a message to the handler `name`; `json` is its body as a JSON document.
   virtual void didReceiveMessage(const std::string& name, std::string json) = 0;
 
@@ -80,6 +90,8 @@ class WebWindow {
   virtual void makeKeyAndOrderFront() = 0;
   /// Loads the address by the protocol's own caching rules; fails after 60 seconds without an answer.
   virtual void load(const std::string& url) = 0;
+  /// Ends whatever the page is doing, even if it does not answer, and loads it again.
+  virtual void startAnew() = 0;
   /// Shows this document instead, without a base address.
   virtual void loadHtml(const std::string& html) = 0;
   /// Whether a document of the web has been shown and is still there: false until the first one commits, and

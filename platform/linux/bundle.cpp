@@ -51,12 +51,14 @@ class FolderBundle final : public Bundle {
   std::optional<std::string> identifier() const override { return text("CFBundleIdentifier"); }
   std::optional<std::string> version() const override { return text("CFBundleVersion"); }
   std::optional<std::string> shortVersion() const override { return text("CFBundleShortVersionString"); }
+  std::optional<std::string> packageManager() const override { return text("PackageManager"); }
   fs::path path() const override { return path_; }
 
   std::optional<SwapObstacle> swapObstacle() const override {
     // Whatever else has this shape, such as a prefix that programs are installed under, is not ours to
     // remove.
     if (!isBundle_ || path_.extension() != ".app") return SwapObstacle::NoBundle;
+    if (packageManager()) return SwapObstacle::Packaged;
     if (::access(path_.parent_path().c_str(), W_OK | X_OK) != 0) return SwapObstacle::FolderNotWritable;
     return {};
   }

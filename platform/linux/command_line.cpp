@@ -1,9 +1,22 @@
 #include "platform/linux/command_line.h"
 
+#include <map>
+
 namespace orvalle::platform::linuxos {
 
 CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
   using Request = CommandLine::Request;
+  static const std::map<std::string, Request> kOptions = {
+      // The bus starts the program so: it will say what it wants.
+      {"--gapplication-service", Request::Service},
+      {"--new-session", Request::NewSession},
+      {"--stop", Request::Stop},
+      {"--install", Request::Install},
+      {"--uninstall", Request::Uninstall},
+      {"--version", Request::Version},
+      {"--help", Request::Help},
+      {"--quit", Request::Quit},
+  };
   CommandLine line;
   bool options = true;
   for (const auto& argument : arguments) {
@@ -11,12 +24,8 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
       line.addresses.push_back(argument);
     } else if (argument == "--") {
       options = false;
-    } else if (argument == "--version") {
-      return {Request::Version, {}, {}};
-    } else if (argument == "--help") {
-      return {Request::Help, {}, {}};
-    } else if (argument == "--quit") {
-      return {Request::Quit, {}, {}};
+    } else if (const auto known = kOptions.find(argument); known != kOptions.end()) {
+      return {known->second, {}, {}};
     } else {
       return {Request::Unknown, {}, argument};
     }

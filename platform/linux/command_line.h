@@ -7,10 +7,10 @@ namespace orvalle::platform::linuxos {
 
 /// What the command line asks for.
 struct CommandLine {
-  enum class Request { Run, Version, Help, Quit, Unknown };
+  enum class Request { Run, Service, NewSession, Stop, Install, Uninstall, Version, Help, Quit, Unknown };
 
   Request request = Request::Run;
-  /// The arguments that are not options, as they were written: addresses to open.
+  /// The arguments that are not options, as they were written: addresses to open, when the request is `Run`.
   std::vector<std::string> addresses;
   /// The option that we do not have, when the request is `Unknown`.
   std::string unknown;

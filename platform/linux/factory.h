@@ -100,6 +100,8 @@ std::unique_ptr<HttpClient> makeHttpClient(std::chrono::seconds idle = std::chro
 /// Bundles are verified by the tool in the bundle that runs. Where `signer` is given, a public key, no other
 /// signer counts.
 std::unique_ptr<PackageTools> makePackageTools(const Bundle& bundle, std::string signer = "");
+/// Listens to the system's and the desktop's own services, as far as there are any; they come later.
+std::unique_ptr<SessionWatch> makeSessionWatch();
 std::unique_ptr<PairViews> makePairViews(NativeApplication& application, WindowMenu& menu);
 
 }  // namespace orvalle::platform::linuxos

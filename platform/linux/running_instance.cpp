@@ -1,12 +1,12 @@
 #include "platform/linux/running_instance.h"
 
+#include "base/text.h"
 #include "platform/linux/glib_ptr.h"
 
 namespace orvalle::platform::linuxos {
 namespace {
 
 constexpr int kTimeoutMilliseconds = 3000;
-constexpr const char* kObjectPath = "/app/orvalle/Orvalle";
 
 GObjectPtr<GDBusConnection> sessionBus() {
   return GObjectPtr<GDBusConnection>::adopt(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
@@ -53,20 +53,34 @@ GVariant* startupData() {
   return g_variant_builder_end(&builder);
 }
 
-}  // namespace
-
-bool instanceRuns() {
-  const auto bus = sessionBus();
-  return bus && hasOwner(bus.get(), kApplicationId);
-}
-
-bool activateRunningInstance() {
+/// Asks the running instance for something; false when it was not there to take it.
+bool ask(const char* method, GVariant* parameters) {
+  const GlibPtr<GVariant> owned(g_variant_ref_sink(parameters));
   const auto bus = sessionBus();
   if (!bus) return false;
-  const auto answer = call(bus.get(), kApplicationId, kObjectPath, "org.freedesktop.Application", "Activate",
-                           g_variant_new("(@a{sv})", startupData()));
+  const auto answer =
+      call(bus.get(), kApplicationId, kObjectPath, "org.freedesktop.Application", method, owned.get());
   // The request of one that is busy has arrived and will have its turn.
   return !answer.error || g_error_matches(answer.error.get(), G_IO_ERROR, G_IO_ERROR_TIMED_OUT);
+}
+
+}  // namespace
+
+bool activateRunningInstance() {
+  return ask("Activate", g_variant_new("(@a{sv})", startupData()));
+}
+
+bool openInRunningInstance(const std::vector<std::string>& urls) {
+  GVariantBuilder list;
+  g_variant_builder_init(&list, G_VARIANT_TYPE_STRING_ARRAY);
+  for (const auto& url : urls) {
+    if (base::isValidUtf8(url)) g_variant_builder_add(&list, "s", url.c_str());
+  }
+  return ask("Open", g_variant_new("(as@a{sv})", &list, startupData()));
+}
+
+bool actInRunningInstance(const char* action) {
+  return ask("ActivateAction", g_variant_new("(sav@a{sv})", action, nullptr, startupData()));
 }
 
 bool quitRunningInstance() {

@@ -41,10 +41,12 @@ WebView::WebView(WebKitWebContext* context, const WebWindowSpec& spec, WebWindow
               }),
       view_(makeView(context, bridge_.content())),
       requests_(view_.get(), delegate),
-      connections_{{{view_.get(), "decide-policy", G_CALLBACK(decidePolicy), this},
-                    {view_.get(), "load-changed", G_CALLBACK(loadChanged), this},
-                    {view_.get(), "load-failed", G_CALLBACK(loadFailed), this},
-                    {view_.get(), "web-process-terminated", G_CALLBACK(processEnded), this}}} {}
+      connections_{
+          {{view_.get(), "decide-policy", G_CALLBACK(decidePolicy), this},
+           {view_.get(), "load-changed", G_CALLBACK(loadChanged), this},
+           {view_.get(), "load-failed", G_CALLBACK(loadFailed), this},
+           {view_.get(), "web-process-terminated", G_CALLBACK(processEnded), this},
+           {view_.get(), "notify::is-web-process-responsive", G_CALLBACK(responsiveChanged), this}}} {}
 
 WebView::~WebView() {
   stopTimeout();
@@ -55,6 +57,11 @@ void WebView::load(const std::string& url) {
   startTimeout();
   webkit_web_view_load_uri(view_.get(), url.c_str());
   awaitOwnLoad();
+}
+
+void WebView::startAnew() {
+  webkit_web_view_terminate_web_process(view_.get());
+  webkit_web_view_reload(view_.get());
 }
 
 void WebView::loadHtml(const std::string& html) {
@@ -111,8 +118,11 @@ void WebView::loadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer self) 
     case WEBKIT_LOAD_COMMITTED:
       view.committed();
       break;
-    case WEBKIT_LOAD_REDIRECTED:
     case WEBKIT_LOAD_FINISHED:
+      // A load that failed finishes too; then either the offline page or the page before it is there.
+      if (view.hasPage_ && !view.ownLoadAwaited_ && !view.html_) view.delegate_.didFinish();
+      break;
+    case WEBKIT_LOAD_REDIRECTED:
       break;
   }
 }
@@ -162,13 +172,24 @@ bool WebView::isToBeTold(const GError* error) {
                                       WEBKIT_POLICY_ERROR_FRAME_LOAD_INTERRUPTED_BY_POLICY_CHANGE);
 }
 
-void WebView::processEnded(WebKitWebView*, WebKitWebProcessTerminationReason, gpointer self) {
+void WebView::processEnded(WebKitWebView*, WebKitWebProcessTerminationReason reason, gpointer self) {
   auto& view = *static_cast<WebView*>(self);
   view.stopTimeout();
   view.hasPage_ = false;
   view.ownLoadAwaited_ = false;
+  // We ended it ourselves, and load the page again.
+  if (reason == WEBKIT_WEB_PROCESS_TERMINATED_BY_API) return;
   // A process that dies of our own document would do so again.
   if (!view.html_) view.delegate_.didFail(kPageProcessEndedText);
+}
+
+void WebView::responsiveChanged(WebKitWebView* widget, GParamSpec*, gpointer self) {
+  auto& delegate = static_cast<WebView*>(self)->delegate_;
+  if (webkit_web_view_get_is_web_process_responsive(widget)) {
+    delegate.didAnswerAgain();
+  } else {
+    delegate.didStopAnswering();
+  }
 }
 
 void WebView::startTimeout() {

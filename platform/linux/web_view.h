@@ -24,6 +24,7 @@ class WebView {
   GtkWidget* widget() const { return GTK_WIDGET(view_.get()); }
 
   void load(const std::string& url);
+  void startAnew();
   void loadHtml(const std::string& html);
   bool hasPage() const { return hasPage_; }
   void evaluate(const std::string& script);
@@ -34,6 +35,7 @@ class WebView {
   static void loadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer self);
   static gboolean loadFailed(WebKitWebView*, WebKitLoadEvent, const char*, GError* error, gpointer self);
   static void processEnded(WebKitWebView*, WebKitWebProcessTerminationReason, gpointer self);
+  static void responsiveChanged(WebKitWebView*, GParamSpec*, gpointer self);
   static gboolean timedOut(gpointer self);
 
   NavigationPolicy decide(WebKitPolicyDecision* decision);
@@ -49,7 +51,7 @@ class WebView {
   PageBridge bridge_;
   GObjectPtr<WebKitWebView> view_;
   PageRequests requests_;
-  std::array<SignalConnection, 4> connections_;
+  std::array<SignalConnection, 5> connections_;
 
   bool hasPage_ = false;
   /// What `loadHtml` was given is on its way or shown.

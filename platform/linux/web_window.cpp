@@ -64,6 +64,7 @@ class GtkWebWindow final : public WebWindow {
   void center() override { frame_.center(); }
   void makeKeyAndOrderFront() override { frame_.open(); }
   void load(const std::string& url) override { view_.load(url); }
+  void startAnew() override { view_.startAnew(); }
   void loadHtml(const std::string& html) override { view_.loadHtml(html); }
   bool hasPage() const override { return view_.hasPage(); }
   void evaluate(const std::string& script) override { view_.evaluate(script); }

@@ -108,6 +108,7 @@ class MemoryWebWindow : public WebWindow, private TitleStrip {
     journal_.push_back("load " + url);
     state_.loads.push_back(url);
   }
+  void startAnew() override { ++state_.freshStarts; }
   void loadHtml(const std::string& html) override {
     state_.htmls.push_back(html);
     state_.hasPage = false;

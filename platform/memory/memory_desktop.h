@@ -126,6 +126,7 @@ struct WebWindowState {
   int timesOrderedFront = 0;
   std::vector<std::string> loads;
   std::vector<std::string> htmls;
+  int freshStarts = 0;
   std::vector<std::string> scripts;
   bool hasPage = false;
   int drags = 0;
@@ -135,6 +136,8 @@ struct WebWindowState {
 
   /// The last load succeeds: it starts and commits, at `redirectedTo` when given.
   void commit(std::optional<std::string> redirectedTo = {});
+  /// The page that was committed has loaded and its script has run.
+  void finish() { delegate->didFinish(); }
   /// The page goes to another address by itself.
   void navigateByScript(const std::string& url);
   /// The last load fails, once it has started: whatever was shown stays until the delegate shows something

@@ -6,6 +6,7 @@
 #include "platform/accessibility.h"
 #include "platform/frontmost.h"
 #include "platform/input_idle.h"
+#include "platform/session_watch.h"
 
 /// Twins of what the activity diary and the inactivity rule ask: tests play the user at work.
 namespace orvalle::platform::memory {
@@ -67,6 +68,12 @@ class MemoryInputIdle : public InputIdle {
   }
   double seconds = 0;
   int measurements = 0;
+};
+
+class MemorySessionWatch : public SessionWatch {
+ public:
+  void setDelegate(SessionDelegate* newDelegate) override { delegate = newDelegate; }
+  SessionDelegate* delegate = nullptr;
 };
 
 }  // namespace orvalle::platform::memory

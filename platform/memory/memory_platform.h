@@ -43,6 +43,7 @@ struct MemoryPlatform {
   MemoryInputIdle inputIdle;
   MemoryHttpClient http;
   MemoryPackageTools packageTools;
+  MemorySessionWatch sessionWatch;
 
   /// Parts of a test's own that stand in for ours.
   struct Own {
@@ -86,7 +87,8 @@ struct MemoryPlatform {
             accessibility,
             inputIdle,
             own.http ? *own.http : http,
-            own.packageTools ? *own.packageTools : packageTools};
+            own.packageTools ? *own.packageTools : packageTools,
+            sessionWatch};
   }
 };
 

@@ -78,6 +78,7 @@ class MemoryBundle : public Bundle {
   std::optional<std::string> identifier() const override { return identifierText; }
   std::optional<std::string> version() const override { return versionText; }
   std::optional<std::string> shortVersion() const override { return shortVersionText; }
+  std::optional<std::string> packageManager() const override { return manager; }
   std::filesystem::path path() const override { return folder; }
   std::optional<SwapObstacle> swapObstacle() const override { return obstacle; }
   /// A bundle in memory has it in a file of its own, "identifier".
@@ -86,6 +87,7 @@ class MemoryBundle : public Bundle {
   std::optional<std::string> versionText = "7";
   std::optional<std::string> shortVersionText = "1.2.3";
   std::filesystem::path folder = "/opt/Orvalle.app";
+  std::optional<std::string> manager;
   std::optional<SwapObstacle> obstacle;
 };
 

@@ -54,6 +54,15 @@ TEST_F(BundleTest, hasNothingToTellWhereTheInformationIsMissingOrNoText) {
   }
 }
 
+TEST_F(BundleTest, ofAPackageIsNotForUsToReplace) {
+  write(R"({"CFBundleIdentifier":"app.prova"})");
+  EXPECT_EQ(open()->packageManager(), std::nullopt);
+  EXPECT_EQ(open()->swapObstacle(), std::nullopt);
+  write(R"({"CFBundleIdentifier":"app.prova","PackageManager":"apt"})");
+  EXPECT_EQ(open()->packageManager(), "apt");
+  EXPECT_EQ(open()->swapObstacle(), platform::SwapObstacle::Packaged);
+}
+
 TEST_F(BundleTest, outsideABundleThereIsOnlyTheProgramsFolder) {
   EXPECT_EQ(open()->path(), root / "Il mio.app/bin");
   write(R"({"CFBundleIdentifier":"app.prova"})");

@@ -18,6 +18,11 @@ TEST(CommandLineTest, knowsItsOptions) {
   EXPECT_EQ(parseCommandLine({"--version"}).request, Request::Version);
   EXPECT_EQ(parseCommandLine({"--help"}).request, Request::Help);
   EXPECT_EQ(parseCommandLine({"--quit"}).request, Request::Quit);
+  EXPECT_EQ(parseCommandLine({"--new-session"}).request, Request::NewSession);
+  EXPECT_EQ(parseCommandLine({"--stop"}).request, Request::Stop);
+  EXPECT_EQ(parseCommandLine({"--install"}).request, Request::Install);
+  EXPECT_EQ(parseCommandLine({"--uninstall"}).request, Request::Uninstall);
+  EXPECT_EQ(parseCommandLine({"--gapplication-service"}).request, Request::Service);
 }
 
 TEST(CommandLineTest, namesTheOptionThatItDoesNotKnow) {

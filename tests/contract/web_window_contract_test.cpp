@@ -33,6 +33,14 @@ TYPED_TEST(WebWindowContract, hasPageOnceALoadHasCommitted) {
   EXPECT_EQ(this->events(), (Events{"start " + url, "commit " + url}));
 }
 
+TYPED_TEST(WebWindowContract, tellsOnceWhenThePageHasLoaded) {
+  this->window->load(this->rig.goodUrl());
+  this->rig.letLoadSucceed();
+  EXPECT_EQ(this->rig.owner.finished, 0);
+  this->rig.letPageLoad();
+  EXPECT_EQ(this->rig.owner.finished, 1);
+}
+
 TYPED_TEST(WebWindowContract, givenDocumentIsNoPageAndDoesNotStart) {
   this->window->loadHtml("<p>Ecco</p>");
   this->rig.letHtmlShow();

@@ -38,6 +38,9 @@ class WindowOwner : public platform::WebWindowDelegate {
   }
   void didStart(const std::string& url) override { tell("start " + url); }
   void didCommit(const std::string& url) override { tell("commit " + url); }
+  void didFinish() override { ++finished; }
+  void didStopAnswering() override { tell("silent"); }
+  void didAnswerAgain() override { tell("answers"); }
   void didFail(const std::string& description) override {
     tell("fail");
     descriptions.push_back(description);
@@ -69,6 +72,7 @@ class WindowOwner : public platform::WebWindowDelegate {
   /// Everything.
   std::vector<std::string> history;
   std::vector<std::string> descriptions;
+  int finished = 0;
   std::function<void()> alertDone;
   std::function<void(bool)> confirmDone;
   std::function<void(std::optional<std::vector<std::string>>)> chooseDone;
@@ -88,6 +92,7 @@ class MemoryWebWindowRig {
   std::string otherUrl() const { return "http://casa.example/altra"; }
   std::string deadUrl() const { return "http://nessuno.example/"; }
   void letLoadSucceed() { state().commit(); }
+  void letPageLoad() { state().finish(); }
   void letLoadFail() { state().fail("nessuna risposta"); }
   void letHtmlShow() {}
   void navigateByScript(platform::WebWindow&, const std::string& url) { state().navigateByScript(url); }
@@ -123,6 +128,9 @@ class NativeWebWindowRig {
   /// Nobody listens there.
   std::string deadUrl() const { return "http://127.0.0.1:47999/"; }
   void letLoadSucceed() { letNext("commit "); }
+  void letPageLoad() {
+    wait([this] { return owner.finished > 0; });
+  }
   void letLoadFail() {
     letNext("fail");
     // Whatever else may be told of it.

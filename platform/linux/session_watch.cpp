@@ -1,0 +1,184 @@
+#include "platform/session_watch.h"
+
+#include <gio/gunixfdlist.h>
+#include <unistd.h>
+
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/linux/factory.h"
+#include "platform/linux/glib_ptr.h"
+
+namespace orvalle::platform::linuxos {
+namespace {
+
+constexpr char kLogin[] = "org.freedesktop.login1";
+constexpr char kLoginPath[] = "/org/freedesktop/login1";
+constexpr char kManager[] = "org.freedesktop.login1.Manager";
+constexpr char kSession[] = "org.freedesktop.login1.Session";
+constexpr char kProperties[] = "org.freedesktop.DBus.Properties";
+
+/// What desktops call the service that covers or locks the screen; all of them tell in the same way.
+constexpr const char* kScreenSavers[] = {"org.freedesktop.ScreenSaver", "org.gnome.ScreenSaver",
+                                         "org.cinnamon.ScreenSaver", "org.mate.ScreenSaver",
+                                         "org.xfce.ScreenSaver"};
+
+/// Listens on both buses. Either may be missing.
+class BusSessionWatch final : public SessionWatch {
+ public:
+  BusSessionWatch() : cancellable_(GObjectPtr<GCancellable>::adopt(g_cancellable_new())) {
+    g_bus_get(G_BUS_TYPE_SYSTEM, cancellable_.get(), gotSystemBus, this);
+    g_bus_get(G_BUS_TYPE_SESSION, cancellable_.get(), gotSessionBus, this);
+  }
+  BusSessionWatch(const BusSessionWatch&) = delete;
+  BusSessionWatch& operator=(const BusSessionWatch&) = delete;
+  ~BusSessionWatch() override {
+    g_cancellable_cancel(cancellable_.get());
+    for (const auto& [bus, signal] : signals_) g_dbus_connection_signal_unsubscribe(bus.get(), signal);
+    letSleep();
+  }
+
+  void setDelegate(SessionDelegate* delegate) override { delegate_ = delegate; }
+
+ private:
+  using Bus = GObjectPtr<GDBusConnection>;
+
+  void listen(const Bus& bus, const char* sender, const char* interface, const char* signal, const char* path,
+              const char* argument, GDBusSignalCallback callback) {
+    signals_.emplace_back(
+        bus, g_dbus_connection_signal_subscribe(bus.get(), sender, interface, signal, path, argument,
+                                                G_DBUS_SIGNAL_FLAGS_NONE, callback, this, nullptr));
+  }
+
+  /// False when we are gone or there is no such bus.
+  static bool got(GAsyncResult* result, Bus& bus) {
+    GError* failure = nullptr;
+    bus = Bus::adopt(g_bus_get_finish(result, &failure));
+    const GlibPtr<GError> error(failure);
+    return static_cast<bool>(bus);
+  }
+
+  static void gotSystemBus(GObject*, GAsyncResult* result, gpointer data) {
+    Bus bus;
+    if (!got(result, bus)) return;
+    auto& self = *static_cast<BusSessionWatch*>(data);
+    self.system_ = bus;
+    self.listen(bus, kLogin, kManager, "PrepareForSleep", kLoginPath, nullptr, prepareForSleep);
+    self.delaySleep();
+    if (const char* session = g_getenv("XDG_SESSION_ID")) {
+      g_dbus_connection_call(bus.get(), kLogin, kLoginPath, kManager, "GetSession",
+                             g_variant_new("(s)", session), G_VARIANT_TYPE("(o)"), G_DBUS_CALL_FLAGS_NONE, -1,
+                             self.cancellable_.get(), gotSession, data);
+    }
+  }
+
+  static void gotSession(GObject* source, GAsyncResult* result, gpointer data) {
+    const GlibPtr<GVariant> answer(g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, nullptr));
+    if (!answer) return;
+    const char* path = nullptr;
+    g_variant_get(answer.get(), "(&o)", &path);
+    auto& self = *static_cast<BusSessionWatch*>(data);
+    self.listen(self.system_, kLogin, kProperties, "PropertiesChanged", path, kSession, sessionChanged);
+  }
+
+  static void gotSessionBus(GObject*, GAsyncResult* result, gpointer data) {
+    Bus bus;
+    if (!got(result, bus)) return;
+    auto& self = *static_cast<BusSessionWatch*>(data);
+    for (const char* saver : kScreenSavers)
+      self.listen(bus, nullptr, saver, "ActiveChanged", nullptr, nullptr, coverChanged);
+  }
+
+  static void prepareForSleep(GDBusConnection*, const char*, const char*, const char*, const char*,
+                              GVariant* parameters, gpointer data) {
+    auto& self = *static_cast<BusSessionWatch*>(data);
+    gboolean sleeps = FALSE;
+    if (!g_variant_is_of_type(parameters, G_VARIANT_TYPE("(b)"))) return;
+    g_variant_get(parameters, "(b)", &sleeps);
+    if (sleeps) {
+      if (self.delegate_) self.delegate_->willSleep();
+      self.letSleep();
+    } else {
+      self.delaySleep();
+      if (self.delegate_) self.delegate_->didWake();
+    }
+  }
+
+  static void sessionChanged(GDBusConnection*, const char*, const char*, const char*, const char*,
+                             GVariant* parameters, gpointer data) {
+    if (!g_variant_is_of_type(parameters, G_VARIANT_TYPE("(sa{sv}as)"))) return;
+    const GlibPtr<GVariant> changed(g_variant_get_child_value(parameters, 1));
+    gboolean locked = FALSE;
+    if (g_variant_lookup(changed.get(), "LockedHint", "b", &locked))
+      static_cast<BusSessionWatch*>(data)->cover(kSession, locked);
+  }
+
+  static void coverChanged(GDBusConnection*, const char*, const char*, const char* interface, const char*,
+                           GVariant* parameters, gpointer data) {
+    if (!g_variant_is_of_type(parameters, G_VARIANT_TYPE("(b)"))) return;
+    gboolean active = FALSE;
+    g_variant_get(parameters, "(b)", &active);
+    static_cast<BusSessionWatch*>(data)->cover(interface, active);
+  }
+
+  /// Several services may tell of the same lock.
+  void cover(const char* who, bool covered) {
+    const bool before = !covers_.empty();
+    if (covered) {
+      covers_.insert(who);
+    } else {
+      covers_.erase(who);
+    }
+    if (before == !covers_.empty() || !delegate_) return;
+    if (before) {
+      delegate_->didUnlock();
+    } else {
+      delegate_->didLock();
+    }
+  }
+
+  /// Asks for the moment that is needed before the machine sleeps.
+  void delaySleep() {
+    g_dbus_connection_call_with_unix_fd_list(
+        system_.get(), kLogin, kLoginPath, kManager, "Inhibit",
+        g_variant_new("(ssss)", "sleep", "Orvalle", "Salva il diario delle attività", "delay"),
+        G_VARIANT_TYPE("(h)"), G_DBUS_CALL_FLAGS_NONE, -1, nullptr, cancellable_.get(), gotDelay, this);
+  }
+
+  static void gotDelay(GObject* source, GAsyncResult* result, gpointer data) {
+    GUnixFDList* list = nullptr;
+    const GlibPtr<GVariant> answer(
+        g_dbus_connection_call_with_unix_fd_list_finish(G_DBUS_CONNECTION(source), &list, result, nullptr));
+    const auto files = GObjectPtr<GUnixFDList>::adopt(list);
+    if (!answer || !list) return;
+    gint32 index = 0;
+    g_variant_get(answer.get(), "(h)", &index);
+    auto& self = *static_cast<BusSessionWatch*>(data);
+    self.letSleep();
+    self.delay_ = g_unix_fd_list_get(list, index, nullptr);
+  }
+
+  void letSleep() {
+    if (delay_ >= 0) ::close(delay_);
+    delay_ = -1;
+  }
+
+  GObjectPtr<GCancellable> cancellable_;
+  SessionDelegate* delegate_ = nullptr;
+  Bus system_;
+  std::vector<std::pair<Bus, guint>> signals_;
+  /// Who says that the screen is covered.
+  std::set<std::string> covers_;
+  /// Closing this file lets the machine sleep.
+  int delay_ = -1;
+};
+
+}  // namespace
+
+std::unique_ptr<SessionWatch> makeSessionWatch() {
+  return std::make_unique<BusSessionWatch>();
+}
+
+}  // namespace orvalle::platform::linuxos
