@@ -38,13 +38,30 @@ void Attivita::avvia() {
   if (!acceso()) return;
   giornoInCorso_ = dayKey(platform_.clock.now());
   oggi_ = files().load(giornoInCorso_);
-  timer_ = platform_.loop.every(kPasso, liveness_.guard([this] { guarda(); }));
+  avviata_ = true;
+  osserva();
+}
+
+void Attivita::osserva() {
+  if (avviata_ && !sospesa_) timer_ = platform_.loop.every(kPasso, liveness_.guard([this] { guarda(); }));
 }
 
 void Attivita::ferma() {
   chiudiCorrente();
   salva();
   timer_.reset();
+  avviata_ = false;
+}
+
+void Attivita::sospendi() {
+  if (std::exchange(sospesa_, true) || !avviata_) return;
+  guarda();
+  chiudiCorrente();
+  timer_.reset();
+}
+
+void Attivita::riprendi() {
+  if (std::exchange(sospesa_, false)) osserva();
 }
 
 void Attivita::guarda() {

@@ -36,6 +36,10 @@ class Attivita {
   void avvia();
   /// Ends the open stretch, saves, and stops looking.
   void ferma();
+  /// The user cannot be at work from now on: looks once more, ends the open stretch and stops looking, until
+  /// `riprendi`.
+  void sospendi();
+  void riprendi();
   /// Asks the user for consent to window titles, and shows where to change it.
   void chiediTitoli();
   /// Shows the diary's folder in the file manager.
@@ -48,6 +52,7 @@ class Attivita {
   std::string statoJSON() const;
 
  private:
+  void osserva();
   void guarda();
   void chiudiCorrente();
   void salva();
@@ -57,6 +62,8 @@ class Attivita {
 
   const platform::Platform& platform_;
   base::Subscription timer_;
+  bool avviata_ = false;
+  bool sospesa_ = false;
   std::optional<Blocco> corrente_;
   /// The closed blocks of `giornoInCorso_`, oldest first.
   std::vector<Blocco> oggi_;
