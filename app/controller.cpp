@@ -4,7 +4,9 @@
 #include <chrono>
 #include <cstdint>
 #include <utility>
+#include <variant>
 
+#include "app/deep_links.h"
 #include "app/display.h"
 #include "app/menus.h"
 
@@ -53,6 +55,10 @@ Controller::Controller(const platform::Platform& platform, const link::WebAddres
       overlayItem_(makeItem("Tienila sopra le altre app", "toggleOverlay")),
       overlayOn_(platform.defaults.boolean(kOverlayOnKey).value_or(true)) {}
 
+Controller::~Controller() {
+  platform_.sessionWatch.setDelegate(nullptr);
+}
+
 bool Controller::live() const {
   return snapshot_.running && age(platform_.clock.now(), lastState_) < kTrustedAge &&
          (connected_ || statoDalPonte_);
@@ -77,6 +83,7 @@ void Controller::applicationDidFinishLaunching() {
   render();
   if (channel_ && config_.isReady()) channel_->connect();
   startTimers();
+  platform_.sessionWatch.setDelegate(this);
 }
 
 void Controller::buildStatusMenu() {
@@ -123,6 +130,42 @@ void Controller::installCallbacks() {
   });
 }
 
+void Controller::willSleep() {
+  asleep_ = true;
+  updateDiary();
+}
+
+void Controller::didWake() {
+  asleep_ = false;
+  updateDiary();
+  // What was left of the session before is not what is left now.
+  render();
+  // The old connection may have died without a word.
+  if (channel_ && config_.isReady()) channel_->connect();
+}
+
+void Controller::didLock() {
+  lockedSince_ = platform_.clock.now();
+  updateDiary();
+}
+
+void Controller::didUnlock() {
+  lockedSince_.reset();
+  updateDiary();
+}
+
+void Controller::updateDiary() {
+  const auto& change = asleep_ || lockedSince_ ? neighbours_.sospendiAttivita : neighbours_.riprendiAttivita;
+  if (change) change();
+}
+
+double Controller::fermoDa() const {
+  const double idle = neighbours_.fermoDa();
+  if (!lockedSince_) return idle;
+  // Whatever is typed on the lock screen is no work.
+  return std::max(idle, std::chrono::duration<double>(platform_.clock.now() - *lockedSince_).count());
+}
+
 void Controller::receive(const link::Snapshot& snapshot) {
   snapshot_ = snapshot;
   lastState_ = platform_.clock.now();
@@ -139,7 +182,7 @@ void Controller::startTimers() {
 
 void Controller::checkInactivity() {
   if (!snapshot_.running || !neighbours_.fermoDa) return;
-  const double idle = neighbours_.fermoDa();
+  const double idle = fermoDa();
   if (idle >= neighbours_.sogliaSecondi) {
     finestra_.comanda("inattivo", std::to_string(static_cast<std::int64_t>(idle)));
   }
@@ -152,6 +195,19 @@ void Controller::applicationWillTerminate() {
 bool Controller::applicationShouldHandleReopen(bool hasVisibleWindows) {
   if (!hasVisibleWindows) finestra_.mostra();
   return true;
+}
+
+void Controller::applicationOpen(const std::vector<std::string>& urls) {
+  for (const auto& url : urls) {
+    const auto link = readDeepLink(url, finestra_.indirizzo());
+    if (!link) continue;
+    if (const auto* google = std::get_if<GoogleReturn>(&*link)) {
+      finestra_.mostra();
+      finestra_.consegna("vai", google->path);
+    } else {
+      finestra_.vai(std::get<SignIn>(*link).address);
+    }
+  }
 }
 
 void Controller::render() {

@@ -19,13 +19,14 @@ namespace orvalle::app {
 
 /// The shell: holds the session's latest state, shows it in the status item, its menu and the overlay, and
 /// carries out what the menus ask. Owns every long-lived object of the program.
-class Controller : public platform::ApplicationDelegate {
+class Controller : public platform::ApplicationDelegate, private platform::SessionDelegate {
  public:
   /// Makes everything, shows nothing. What is passed by reference must outlive this.
   Controller(const platform::Platform& platform, const link::WebAddress& address, const link::Config& config,
              const web::Services& services, Neighbours neighbours);
   Controller(const Controller&) = delete;
   Controller& operator=(const Controller&) = delete;
+  ~Controller() override;
 
   /// A session is in progress and its state is to be trusted: received less than 60 seconds ago, from the
   /// page or over a connected channel.
@@ -38,6 +39,8 @@ class Controller : public platform::ApplicationDelegate {
   void applicationWillTerminate() override;
   bool applicationShouldTerminateAfterLastWindowClosed() override { return false; }
   bool applicationShouldHandleReopen(bool hasVisibleWindows) override;
+  /// Each link by itself, in order; what is none of ours is left alone.
+  void applicationOpen(const std::vector<std::string>& urls) override;
 
   /// The actions that menu items name.
   bool responds(std::string_view action) const override;
@@ -52,6 +55,14 @@ class Controller : public platform::ApplicationDelegate {
   void startTimers();
   void receive(const link::Snapshot& snapshot);
   void checkInactivity();
+  /// Seconds since the user was last at work.
+  double fermoDa() const;
+
+  void willSleep() override;
+  void didWake() override;
+  void didLock() override;
+  void didUnlock() override;
+  void updateDiary();
 
   void render();
   void renderTasks(bool live);
@@ -66,6 +77,7 @@ class Controller : public platform::ApplicationDelegate {
   void toggleTask(platform::MenuItem& sender);
   void toggleOverlay(platform::MenuItem& sender);
   void sessioneVeloce(platform::MenuItem& sender);
+  void sessioneDaFuori(platform::MenuItem& sender);
   void naviga(std::string_view path);
 
   const platform::Platform& platform_;
@@ -97,6 +109,10 @@ class Controller : public platform::ApplicationDelegate {
   bool overlayOn_ = true;
   /// The page has pushed a state; never false again.
   bool statoDalPonte_ = false;
+
+  bool asleep_ = false;
+  /// Since when the screen has been locked, if it is.
+  std::optional<platform::WallTime> lockedSince_;
 
   base::Subscription countdown_;
   base::Subscription inactivity_;

@@ -25,6 +25,7 @@ const Controller::Action* Controller::findAction(std::string_view name) {
       Action{"toggleTask", &Controller::toggleTask},
       Action{"toggleOverlay", &Controller::toggleOverlay},
       Action{"sessioneVeloce", &Controller::sessioneVeloce},
+      Action{"sessioneDaFuori", &Controller::sessioneDaFuori},
       Action{"vaiFocus", nullptr, "/"},
       Action{"vaiSprint", nullptr, "/sprint"},
       Action{"vaiCalendario", nullptr, "/calendar"},
@@ -112,6 +113,11 @@ void Controller::toggleOverlay(platform::MenuItem&) {
 void Controller::sessioneVeloce(platform::MenuItem&) {
   finestra_.mostra();
   finestra_.comanda("subito", "25");
+}
+
+void Controller::sessioneDaFuori(platform::MenuItem&) {
+  finestra_.mostra();
+  finestra_.consegna("subito", "25");
 }
 
 void Controller::naviga(std::string_view path) {

@@ -38,6 +38,7 @@ int main(int argc, char** argv) {
   const auto inputIdle = native::makeInputIdle();
   const auto http = native::makeHttpClient();
   const auto packageTools = native::makePackageTools(*bundle, ORVALLE_UPDATE_SIGNER);
+  const auto sessionWatch = native::makeSessionWatch();
 
   return orvalle::app::run({application,
                             *clock,
@@ -68,5 +69,6 @@ int main(int argc, char** argv) {
                             *accessibility,
                             *inputIdle,
                             *http,
-                            *packageTools});
+                            *packageTools,
+                            *sessionWatch});
 }

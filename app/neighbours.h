@@ -19,6 +19,9 @@ struct Neighbours {
   std::function<void()> avviaAttivita;
   /// Closes the diary's current block before the program ends.
   std::function<void()> fermaAttivita;
+  /// The diary stands still while the user cannot be at work.
+  std::function<void()> sospendiAttivita;
+  std::function<void()> riprendiAttivita;
   /// An update check that the user asked for.
   std::function<void()> controllaAggiornamenti;
 

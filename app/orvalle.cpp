@@ -36,6 +36,8 @@ int run(const platform::Platform& platform) {
   neighbours.avviaNotifiche = [&] { notifiche.avvia(); };
   neighbours.avviaAttivita = [&] { attivita.avvia(); };
   neighbours.fermaAttivita = [&] { attivita.ferma(); };
+  neighbours.sospendiAttivita = [&] { attivita.sospendi(); };
+  neighbours.riprendiAttivita = [&] { attivita.riprendi(); };
   const services::Inattivita inattivita(platform.inputIdle);
   neighbours.fermoDa = [&] { return inattivita.fermoDa(); };
   neighbours.sogliaSecondi = inattivita.sogliaSecondi();

@@ -13,6 +13,8 @@ constexpr char kFrameKey[] = "NSWindow Frame finestraPrincipale";
 constexpr char kMessageHandler[] = "orvalle";
 constexpr char kAgree[] = "Va bene";
 constexpr char kCancel[] = "Annulla";
+/// How long a page may keep the user waiting before they are asked.
+constexpr std::chrono::seconds kPatience{10};
 
 }  // namespace
 
@@ -46,6 +48,10 @@ bool Finestra::comanda(const std::string& command, const std::optional<std::stri
   if (!window_ || !window_->hasPage()) return false;
   window_->evaluate(commandExpression(command, id));
   return true;
+}
+
+void Finestra::consegna(const std::string& command, const std::optional<std::string>& id) {
+  if (!loaded_ || !comanda(command, id)) waiting_.emplace_back(command, id);
 }
 
 void Finestra::rispondi(std::optional<std::int64_t> id, const std::string& text) {
@@ -98,10 +104,43 @@ void Finestra::didStart(const std::string& url) {
 
 void Finestra::didCommit(const std::string& url) {
   trust_.didCommit(url);
+  loaded_ = false;
+}
+
+void Finestra::didFinish() {
+  loaded_ = true;
+  for (const auto& [command, id] : std::exchange(waiting_, {})) consegna(command, id);
 }
 
 void Finestra::didFail(const std::string& description) {
   mostraErrore(description);
+}
+
+void Finestra::didStopAnswering() {
+  waitForPage(kPatience - platform::kAnswerNotice);
+}
+
+void Finestra::didAnswerAgain() {
+  patience_.reset();
+  question_.reset();
+}
+
+void Finestra::waitForPage(std::chrono::seconds patience) {
+  patience_ = platform_.loop.after(patience, liveness_.guard([this] { askWhetherToWait(); }));
+}
+
+void Finestra::askWhetherToWait() {
+  question_ =
+      platform_.alerts.showProgress({"La pagina non risponde",
+                                     "È ferma da un po'. Puoi aspettare che riprenda, oppure ricaricarla.",
+                                     {"Aspetta", "Ricarica"},
+                                     0,
+                                     0},
+                                    liveness_.guard([this](std::size_t button) {
+                                      question_.reset();
+                                      if (button == 0) return waitForPage(kPatience);
+                                      window_->startAnew();
+                                    }));
 }
 
 void Finestra::runAlert(const std::string& message, std::function<void()> done) {

@@ -1,13 +1,17 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "base/json.h"
 #include "base/liveness.h"
+#include "base/subscription.h"
 #include "link/snapshot.h"
 #include "link/web_address.h"
 #include "platform/platform.h"
@@ -43,6 +47,9 @@ class Finestra : private platform::WebWindowDelegate {
   /// Gives the page a command with an optional argument. False, with nothing done, when there is no page to
   /// take it.
   bool comanda(const std::string& command, const std::optional<std::string>& id);
+  /// Gives the page a command for certain: one that cannot take it yet gets it as soon as it has loaded, and
+  /// so does the page that comes after the offline one.
+  void consegna(const std::string& command, const std::optional<std::string>& id);
   /// Answers the page's request `id` with `text`; nothing without an id or before the window is built.
   void rispondi(std::optional<std::int64_t> id, const std::string& text);
 
@@ -50,6 +57,8 @@ class Finestra : private platform::WebWindowDelegate {
   void costruisci();
   void load(const base::Url& url);
   void bringToFront();
+  void waitForPage(std::chrono::seconds patience);
+  void askWhetherToWait();
   void mostraErrore(const std::string& description);
   void handleMessage(const base::Json& body, std::function<void()> next);
   void pushSnapshot(const base::Json& body);
@@ -57,7 +66,10 @@ class Finestra : private platform::WebWindowDelegate {
   platform::NavigationPolicy decidePolicy(const platform::NavigationAction& action) override;
   void didStart(const std::string& url) override;
   void didCommit(const std::string& url) override;
+  void didFinish() override;
   void didFail(const std::string& description) override;
+  void didStopAnswering() override;
+  void didAnswerAgain() override;
   void didReceiveMessage(const std::string& name, std::string json) override;
   void runAlert(const std::string& message, std::function<void()> done) override;
   void runConfirm(const std::string& message, std::function<void(bool)> done) override;
@@ -70,6 +82,13 @@ class Finestra : private platform::WebWindowDelegate {
   std::unique_ptr<platform::WebWindow> window_;
   std::optional<StrisciaTrascinabile> strip_;
   Inbox inbox_;
+  /// Runs while the page does not answer; the question that comes then.
+  base::Subscription patience_;
+  base::Subscription question_;
+  /// The page's script has run.
+  bool loaded_ = false;
+  /// The commands that wait for that: word and argument.
+  std::vector<std::pair<std::string, std::optional<std::string>>> waiting_;
   base::Liveness liveness_;
 };
 
