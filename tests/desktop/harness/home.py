@@ -61,6 +61,16 @@ class Home:
         lines = "".join(f"x-scheme-handler/{scheme}=recorder.desktop\n" for scheme in schemes)
         (self.config / "mimeapps.list").write_text("[Default Applications]\n" + lines, encoding="utf-8")
 
+    def register_program(self, app_run):
+        """Makes the program the default for its own links, as an installation does."""
+        applications = self.data / "applications"
+        applications.mkdir(parents=True, exist_ok=True)
+        (applications / "app.orvalle.Orvalle.desktop").write_text(
+            f"[Desktop Entry]\nType=Application\nName=Orvalle\nExec={app_run} %u\n"
+            "MimeType=x-scheme-handler/orvalle;\n", encoding="utf-8")
+        (self.config / "mimeapps.list").write_text(
+            "[Default Applications]\nx-scheme-handler/orvalle=app.orvalle.Orvalle.desktop\n", encoding="utf-8")
+
     def opened(self):
         """The addresses that the registered handler was given, one for each time it was started."""
         record = self.folder / "opened"
