@@ -24,6 +24,9 @@ constexpr std::string_view kSaltato = "aggiornamentoSaltato";
 constexpr std::string_view kUltimoQuando = "ultimoAggiornamentoQuando";
 constexpr std::string_view kUltimaVersione = "ultimoAggiornamentoVersione";
 
+constexpr char kInstall[] = "Aggiorna e riavvia";
+constexpr char kSkip[] = "Salta questa versione";
+
 /// The whole text as a decimal number with or without a sign; 0 for anything else.
 std::int64_t wholeNumber(std::string_view text) {
   if (text.starts_with('+')) {
@@ -160,17 +163,23 @@ bool Aggiornamenti::fetch(std::function<void(std::optional<Rilascio>)> done) {
 
 void Aggiornamenti::proponi(const Rilascio& rilascio) {
   const std::string note = rilascio.note.value_or("");
+  platform::Alert alert{"C'è Orvalle " + rilascio.versione,
+                        (note.empty() ? "" : note + "\n\n") +
+                            "L'app si chiude e si riapre da sola: quello che stai facendo resta dov'è.",
+                        {kInstall, "Più tardi", kSkip},
+                        0,
+                        1};
+  if (const auto manager = platform_.bundle.packageManager()) {
+    // What came with a package is not ours to replace.
+    alert.informative += " Questa copia fa parte del sistema: aggiornala con " + *manager + ".";
+    alert.buttons.erase(alert.buttons.begin());
+    alert.closing = 0;
+  }
   platform_.application.activate();
-  platform_.alerts.show({"C'è Orvalle " + rilascio.versione,
-                         (note.empty() ? "" : note + "\n\n") +
-                             "L'app si chiude e si riapre da sola: quello che stai facendo resta dov'è.",
-                         {"Aggiorna e riavvia", "Più tardi", "Salta questa versione"},
-                         0,
-                         1},
-                        liveness_.guard([this, rilascio](std::size_t button) {
-                          if (button == 0) installazione_.scarica(rilascio);
-                          if (button == 2) platform_.defaults.set(kSaltato, rilascio.build);
-                        }));
+  platform_.alerts.show(alert, liveness_.guard([this, rilascio, buttons = alert.buttons](std::size_t button) {
+    if (buttons[button] == kInstall) installazione_.scarica(rilascio);
+    if (buttons[button] == kSkip) platform_.defaults.set(kSaltato, rilascio.build);
+  }));
 }
 
 void Aggiornamenti::inform(const std::string& message, const std::string& informative) {

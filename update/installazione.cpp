@@ -41,6 +41,8 @@ std::string sentence(platform::SwapObstacle obstacle) {
   switch (obstacle) {
     case platform::SwapObstacle::NoBundle:
       return "Orvalle non sta girando da Orvalle.app, quindi non c'è nulla da sostituire.";
+    case platform::SwapObstacle::Packaged:
+      return "Orvalle fa parte del sistema: lo aggiorna il gestore dei pacchetti.";
     case platform::SwapObstacle::FolderNotWritable:
       return "Non ho il permesso di scrivere nella cartella in cui sta Orvalle.app.";
   }

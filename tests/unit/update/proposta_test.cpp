@@ -91,5 +91,23 @@ TEST_F(PropostaTest, isNotMadeAgainWhenTheUserSkipsIt) {
   EXPECT_TRUE(system.alerts.waiting.empty());
 }
 
+TEST_F(PropostaTest, ofAPackageIsLeftToThePackageManager) {
+  system.bundle.manager = "apt";
+  offer(R"(,"note":"Più veloce")");
+  const auto& alert = system.alerts.waiting.front().alert;
+  EXPECT_EQ(alert.informative, "Più veloce\n\n" + std::string(kReopens) +
+                                   " Questa copia fa parte del sistema: aggiornala con apt.");
+  EXPECT_EQ(alert.buttons, (std::vector<std::string>{"Più tardi", "Salta questa versione"}));
+  system.alerts.close();
+  EXPECT_EQ(system.defaults.writes, 0);
+  offer();
+  system.alerts.press(0);
+  EXPECT_EQ(system.defaults.writes, 0);
+  offer();
+  system.alerts.press(1);
+  EXPECT_EQ(system.defaults.value("aggiornamentoSaltato"), platform::Defaults::Value(std::int64_t{6}));
+  EXPECT_FALSE(downloads());
+}
+
 }  // namespace
 }  // namespace orvalle::update
