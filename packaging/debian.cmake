@@ -1,6 +1,6 @@
 # The Debian package: cmake --build --preset release --target package
 
-set(ORVALLE_PACKAGE_MAINTAINER "The Orvalle authors <orvalle@localhost>" CACHE STRING
+set(ORVALLE_PACKAGE_MAINTAINER "The Orvalle authors <packages@orvalle.app>" CACHE STRING
     "Who looks after the Debian package, with an address")
 # Every build is newer than the one before.
 set(ORVALLE_PACKAGE_VERSION ${PROJECT_VERSION}+${ORVALLE_BUILD})
@@ -28,10 +28,10 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_MAINTAINER ${ORVALLE_PACKAGE_MAINTAINER})
 set(CPACK_DEBIAN_PACKAGE_SECTION utils)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "keep your focus session in sight")
-set(CPACK_PACKAGE_DESCRIPTION "Orvalle is the desktop companion of the Orvalle focus web application. It hosts the
-application in a window of its own and shows the session that is running in
-the status bar, in the menu there and in a small panel that floats above all
-programs, from where it can be controlled too.")
+set(CPACK_PACKAGE_DESCRIPTION "Orvalle is the desktop companion of the Orvalle focus web application. It
+hosts the application in a window of its own and shows the session that is
+running in the status bar, in the menu there and in a small panel that floats
+above all programs, from where it can be controlled too.")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "glib-networking, gsettings-desktop-schemas, librsvg2-common, default-dbus-session-bus | dbus-session-bus")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "xdg-utils, at-spi2-core, fonts-inter")

@@ -43,7 +43,6 @@ std::string commandWord(const fs::path& path) {
   for (const char c : text) {
     if (std::string_view("\"`$\\").find(c) != std::string_view::npos) word += '\\';
     word += c;
-    if (c == '%') word += c;
   }
   return word + '"';
 }
@@ -114,6 +113,9 @@ Failure openLinks() {
 }  // namespace
 
 Failure installForUser(const fs::path& bundle) {
+  // Entries have no way to write one in a program's name that desktops would understand.
+  if (bundle.native().find('%') != std::string::npos)
+    return "il percorso " + bundle.native() + " contiene «%»: sposta Orvalle.app altrove";
   if (const auto failure = installEntry(bundle)) return failure;
   if (const auto failure = installIcons(bundle)) return failure;
   return openLinks();

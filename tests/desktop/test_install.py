@@ -17,7 +17,7 @@ ICONS = {"icons/hicolor/scalable/apps/app.orvalle.Orvalle.svg",
 SCHEME = "x-scheme-handler/orvalle"
 
 
-@pytest.fixture(params=["Programmi", "Le mie 100% \"app\" $HOME `x` \\ è"])
+@pytest.fixture(params=["Programmi", "Le mie \"app\" $HOME `x` \\ è"])
 def unpacked(request, home):
     """A bundle of the user's own, in a folder with an ordinary name and in one that wants quotes everywhere."""
     target = home.folder / request.param / BUNDLE
@@ -83,6 +83,17 @@ def test_uninstalling_takes_everything_away_and_leaves_the_data(command, home, d
 def test_failure_is_told(command, home):
     (home.data / "applications").write_text("a file in the way")
     assert "Orvalle: " in command("--install", status=1)
+
+
+def test_place_that_no_entry_can_name_is_refused(home):
+    target = home.folder / "100% mio" / BUNDLE
+    target.parent.mkdir()
+    subprocess.run(["cp", "-al", build_folder() / BUNDLE, target], check=True)
+    done = subprocess.run([target / "AppRun", "--install"], env=home.environment | inherited_options(),
+                          capture_output=True, text=True, timeout=60, check=False)
+    assert done.returncode == 1
+    assert "«%»" in done.stderr
+    assert installed(home) == set()
 
 
 def test_outside_a_bundle_nothing_is_installed(home, tmp_path):
