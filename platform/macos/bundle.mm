@@ -17,11 +17,13 @@ class MainBundle final : public Bundle {
   std::optional<std::string> identifier() const override { return text(@"CFBundleIdentifier"); }
   std::optional<std::string> version() const override { return text(@"CFBundleVersion"); }
   std::optional<std::string> shortVersion() const override { return text(@"CFBundleShortVersionString"); }
+  std::optional<std::string> packageManager() const override { return text(@"PackageManager"); }
   fs::path path() const override { return filePath(NSBundle.mainBundle.bundleURL); }
 
   std::optional<SwapObstacle> swapObstacle() const override {
     // Outside a bundle the system takes the program's folder for one: it is not ours to remove.
     if (path().extension() != ".app") return SwapObstacle::NoBundle;
+    if (packageManager()) return SwapObstacle::Packaged;
     if (::access(path().parent_path().c_str(), W_OK | X_OK) != 0) return SwapObstacle::FolderNotWritable;
     return {};
   }

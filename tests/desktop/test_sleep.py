@@ -37,7 +37,7 @@ def test_sleep_waits_for_the_program_only_until_it_is_ready(login, orvalle):
 
 
 def test_link_is_checked_at_once_after_a_sleep(login, home, service, start, page):
-    home.write_defaults(service.settings())
+    home.write_defaults(service.settings)
     start()
     service.wait_joined()
     wait_for("the wish for a moment", lambda: login.delays)
