@@ -43,6 +43,7 @@ int main(int argc, char** argv) {
   const auto inputIdle = native::makeInputIdle();
   const auto http = native::makeHttpClient();
   const auto packageTools = native::makePackageTools();
+  const auto sessionWatch = native::makeSessionWatch();
 
   return orvalle::app::run({*application,
                             *clock,
@@ -73,5 +74,6 @@ int main(int argc, char** argv) {
                             *accessibility,
                             *inputIdle,
                             *http,
-                            *packageTools});
+                            *packageTools,
+                            *sessionWatch});
 }

@@ -5,6 +5,8 @@
 
 #include <array>
 #include <csignal>
+#include <string>
+#include <vector>
 
 #import "platform/macos/factory.h"
 #import "platform/macos/text.h"
@@ -40,12 +42,35 @@ using orvalle::platform::ApplicationDelegate;
 
 @interface OrvalleApplicationDelegate : NSObject <NSApplicationDelegate>
 @property(nonatomic, assign) ApplicationDelegate* owner;
+@property(nonatomic, assign) BOOL launched;
+/// The links that started the program: they come before it has launched.
+@property(nonatomic, strong, nullable) NSMutableArray<NSURL*>* waiting;
+- (void)open:(NSArray<NSURL*>*)urls;
 @end
 
 @implementation OrvalleApplicationDelegate
 
 - (void)applicationDidFinishLaunching:(NSNotification*)notification {
   if (self.owner) self.owner->applicationDidFinishLaunching();
+  self.launched = YES;
+  NSArray<NSURL*>* waiting = self.waiting;
+  self.waiting = nil;
+  if (waiting) [self open:waiting];
+}
+
+- (void)application:(NSApplication*)application openURLs:(NSArray<NSURL*>*)urls {
+  if (self.launched) {
+    [self open:urls];
+  } else {
+    if (!self.waiting) self.waiting = [[NSMutableArray alloc] init];
+    for (NSURL* url in urls) [self.waiting addObject:url];
+  }
+}
+
+- (void)open:(NSArray<NSURL*>*)urls {
+  std::vector<std::string> texts;
+  for (NSURL* url in urls) texts.push_back(orvalle::platform::macos::utf8Text(url.absoluteString));
+  if (self.owner) self.owner->applicationOpen(texts);
 }
 
 - (BOOL)applicationShouldTerminateAfterLastWindowClosed:(NSApplication*)sender {

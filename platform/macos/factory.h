@@ -44,5 +44,6 @@ std::unique_ptr<Accessibility> makeAccessibility();
 std::unique_ptr<HttpClient> makeHttpClient(std::chrono::seconds idle = std::chrono::seconds(60));
 std::unique_ptr<PackageTools> makePackageTools();
 std::unique_ptr<PairViews> makePairViews();
+std::unique_ptr<SessionWatch> makeSessionWatch();
 
 }  // namespace orvalle::platform::macos

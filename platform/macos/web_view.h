@@ -26,6 +26,7 @@ class WebView {
 
   void load(const std::string& url);
   void loadHtml(const std::string& html);
+  void startAnew();
   bool hasPage() const { return hasPage_; }
   void evaluate(const std::string& script);
 
@@ -33,6 +34,7 @@ class WebView {
   bool mayNavigate(WKNavigationAction* _Nonnull action);
   void started(WKNavigation* _Nullable navigation);
   void committed(WKNavigation* _Nullable navigation);
+  void finished(WKNavigation* _Nullable navigation);
   void failed(WKNavigation* _Nullable navigation, NSError* _Nonnull error);
   void processEnded();
 

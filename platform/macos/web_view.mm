@@ -43,6 +43,10 @@ using orvalle::platform::macos::WebView;
   if (self.owner) self.owner->committed(navigation);
 }
 
+- (void)webView:(WKWebView*)webView didFinishNavigation:(WKNavigation*)navigation {
+  if (self.owner) self.owner->finished(navigation);
+}
+
 - (void)webView:(WKWebView*)webView didFailNavigation:(WKNavigation*)navigation withError:(NSError*)error {
   if (self.owner) self.owner->failed(navigation, error);
 }
@@ -124,6 +128,10 @@ void WebView::loadHtml(const std::string& html) {
   html_ = own_;
 }
 
+void WebView::startAnew() {
+  [view_ reload];
+}
+
 void WebView::evaluate(const std::string& script) {
   [view_ evaluateJavaScript:nativeText(script) completionHandler:nil];
 }
@@ -149,6 +157,10 @@ void WebView::committed(WKNavigation* navigation) {
   if (!another && !html) html_ = nil;
   hasPage_ = !html_;
   delegate_.didCommit(another || html ? kBlankAddress : address());
+}
+
+void WebView::finished(WKNavigation* navigation) {
+  if (hasPage_ && !own_ && !isHtml(navigation)) delegate_.didFinish();
 }
 
 void WebView::failed(WKNavigation* navigation, NSError* error) {

@@ -60,6 +60,7 @@ class AppKitWebWindow final : public WebWindow {
   }
 
   void load(const std::string& url) override { view_.load(url); }
+  void startAnew() override { view_.startAnew(); }
   void loadHtml(const std::string& html) override { view_.loadHtml(html); }
   bool hasPage() const override { return view_.hasPage(); }
   void evaluate(const std::string& script) override { view_.evaluate(script); }

@@ -8,7 +8,11 @@ NS_ASSUME_NONNULL_BEGIN
 @interface NSWorkspace : NSObject
 @property(class, readonly, strong) NSWorkspace* sharedWorkspace;
 @property(nullable, readonly, strong) NSRunningApplication* frontmostApplication;
+@property(readonly, strong) NSNotificationCenter* notificationCenter;
 - (BOOL)openURL:(NSURL*)url;
 @end
+
+extern NSNotificationName NSWorkspaceWillSleepNotification;
+extern NSNotificationName NSWorkspaceDidWakeNotification;
 
 NS_ASSUME_NONNULL_END

@@ -30,6 +30,7 @@ typedef NS_ENUM(NSInteger, WKNavigationResponsePolicy) {
     didFailProvisionalNavigation:(null_unspecified WKNavigation*)navigation
                        withError:(NSError*)error;
 - (void)webView:(WKWebView*)webView didCommitNavigation:(null_unspecified WKNavigation*)navigation;
+- (void)webView:(WKWebView*)webView didFinishNavigation:(null_unspecified WKNavigation*)navigation;
 - (void)webView:(WKWebView*)webView
     didFailNavigation:(null_unspecified WKNavigation*)navigation
             withError:(NSError*)error;

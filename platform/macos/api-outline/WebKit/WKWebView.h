@@ -16,6 +16,7 @@ NS_ASSUME_NONNULL_BEGIN
 @property(nullable, nonatomic, weak) id<WKNavigationDelegate> navigationDelegate;
 @property(nullable, nonatomic, weak) id<WKUIDelegate> UIDelegate;
 - (nullable WKNavigation*)loadRequest:(NSURLRequest*)request;
+- (nullable WKNavigation*)reload;
 - (nullable WKNavigation*)loadHTMLString:(NSString*)string baseURL:(nullable NSURL*)baseURL;
 @property(nullable, nonatomic, readonly, copy) NSURL* URL;
 - (void)evaluateJavaScript:(NSString*)javaScriptString
