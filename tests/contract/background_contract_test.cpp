@@ -8,10 +8,10 @@
 #include <thread>
 #include <vector>
 
-#include "platform/linux/factory.h"
 #include "platform/memory/memory_services.h"
 #include "platform/memory/virtual_time.h"
 #include "tests/contract/loop.h"
+#include "tests/contract/native.h"
 
 namespace orvalle::contract {
 namespace {
@@ -39,8 +39,8 @@ class NativeBackgroundRig {
   }
 
  private:
-  std::unique_ptr<platform::MainLoop> loop_ = platform::linuxos::makeMainLoop();
-  std::unique_ptr<platform::Background> background_ = platform::linuxos::makeBackground(*loop_);
+  std::unique_ptr<platform::MainLoop> loop_ = native::makeMainLoop();
+  std::unique_ptr<platform::Background> background_ = native::makeBackground(*loop_);
 };
 
 template <typename Rig>

@@ -5,8 +5,8 @@
 #include <memory>
 #include <thread>
 
-#include "platform/linux/factory.h"
 #include "platform/memory/virtual_time.h"
+#include "tests/contract/native.h"
 
 namespace orvalle::platform {
 namespace {
@@ -22,13 +22,13 @@ class MemoryRig {
   memory::VirtualTime time_;
 };
 
-class LinuxRig {
+class NativeRig {
  public:
   Clock& clock() { return *clock_; }
   void pass(std::chrono::milliseconds duration) { std::this_thread::sleep_for(duration); }
 
  private:
-  std::unique_ptr<Clock> clock_ = linuxos::makeClock();
+  std::unique_ptr<Clock> clock_ = contract::native::makeClock();
 };
 
 template <typename Rig>
@@ -37,7 +37,7 @@ class ClockContract : public ::testing::Test {
   Rig rig;
 };
 
-using Rigs = ::testing::Types<MemoryRig, LinuxRig>;
+using Rigs = ::testing::Types<MemoryRig, NativeRig>;
 TYPED_TEST_SUITE(ClockContract, Rigs);
 
 TYPED_TEST(ClockContract, goesOnByWhatPasses) {
@@ -54,8 +54,8 @@ TYPED_TEST(ClockContract, tellsTimeInOurCentury) {
   EXPECT_LT(this->rig.clock().now(), sys_days(std::chrono::year(2100) / 1 / 1));
 }
 
-TEST(LinuxClock, isTheWallClock) {
-  const auto clock = linuxos::makeClock();
+TEST(NativeClock, isTheWallClock) {
+  const auto clock = contract::native::makeClock();
   const auto before = std::chrono::system_clock::now();
   const auto now = clock->now();
   EXPECT_GE(now, before);

@@ -5,12 +5,25 @@
 #include <limits>
 #include <string>
 
-#include "tests/contract/defaults_rigs.h"
+#include "platform/memory/memory_stores.h"
+
+// The native one of the system that the tests run on; the build names it.
+#include ORVALLE_NATIVE_RIGS
 
 namespace orvalle::platform {
 namespace {
 
 using Value = Defaults::Value;
+
+class MemoryDefaultsRig {
+ public:
+  Defaults& store() { return store_; }
+  /// The same settings as the next run of the program finds them.
+  void startAgain() {}
+
+ private:
+  memory::MemoryDefaults store_;
+};
 
 template <typename Rig>
 class DefaultsContract : public ::testing::Test {
@@ -28,7 +41,7 @@ class DefaultsContract : public ::testing::Test {
   Rig rig;
 };
 
-using Rigs = ::testing::Types<MemoryDefaultsRig, LinuxDefaultsRig>;
+using Rigs = ::testing::Types<MemoryDefaultsRig, contract::NativeDefaultsRig>;
 TYPED_TEST_SUITE(DefaultsContract, Rigs);
 
 TYPED_TEST(DefaultsContract, hasNothingAtFirst) {

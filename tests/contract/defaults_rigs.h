@@ -25,16 +25,6 @@ class RecordingLog : public SystemLog {
   std::vector<std::string> lines;
 };
 
-class MemoryDefaultsRig {
- public:
-  Defaults& store() { return store_; }
-  /// The same settings as the next run of the program finds them.
-  void startAgain() {}
-
- private:
-  memory::MemoryDefaults store_;
-};
-
 /// Settings in a home folder of their own.
 class LinuxDefaultsRig {
  public:

@@ -6,8 +6,8 @@
 #include <memory>
 #include <string>
 
-#include "platform/linux/factory.h"
 #include "platform/memory/memory_stores.h"
+#include "tests/contract/native.h"
 
 namespace orvalle::platform {
 namespace {
@@ -24,15 +24,15 @@ class MemoryRig {
   memory::MemoryEnvironment environment_;
 };
 
-class LinuxRig {
+class NativeRig {
  public:
-  ~LinuxRig() { unset(); }
+  ~NativeRig() { unset(); }
   Environment& environment() { return *environment_; }
   void set(const std::string& text) { ::setenv(kName, text.c_str(), 1); }
   void unset() { ::unsetenv(kName); }
 
  private:
-  std::unique_ptr<Environment> environment_ = linuxos::makeEnvironment();
+  std::unique_ptr<Environment> environment_ = contract::native::makeEnvironment();
 };
 
 template <typename Rig>
@@ -43,7 +43,7 @@ class EnvironmentContract : public ::testing::Test {
   Rig rig;
 };
 
-using Rigs = ::testing::Types<MemoryRig, LinuxRig>;
+using Rigs = ::testing::Types<MemoryRig, NativeRig>;
 TYPED_TEST_SUITE(EnvironmentContract, Rigs);
 
 TYPED_TEST(EnvironmentContract, hasNothingWhereNothingIsSet) {

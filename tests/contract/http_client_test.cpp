@@ -136,21 +136,6 @@ TEST_F(HttpClientTest, failsWhenNothingMoves) {
   EXPECT_GE(std::chrono::steady_clock::now() - start, 1900ms);
 }
 
-TEST_F(HttpClientTest, unpacksNothingOnTheWay) {
-  std::string accepted = "-";
-  site.handlers["/x.zip"] = [&](SoupServerMessage* message) {
-    auto* headers = soup_server_message_get_request_headers(message);
-    if (const char* encoding = soup_message_headers_get_list(headers, "Accept-Encoding")) accepted = encoding;
-    soup_message_headers_append(soup_server_message_get_response_headers(message), "Content-Encoding",
-                                "gzip");
-    soup_server_message_set_status(message, SOUP_STATUS_OK, nullptr);
-    soup_server_message_set_response(message, "text/plain", SOUP_MEMORY_STATIC, "non gzip", 8);
-  };
-  EXPECT_EQ(download(site.url("/x.zip")), "200");
-  EXPECT_EQ(contents(), "non gzip");
-  EXPECT_EQ(accepted, "-");
-}
-
 TEST_F(HttpClientTest, saysNothingOnceCancelled) {
   site.put("/x.zip", std::string(8 * 1024 * 1024, 'x'));
   for (const auto& path : {"/x.zip", "/mai"}) {

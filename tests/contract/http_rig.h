@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/factory.h"
 #include "tests/contract/loop.h"
+#include "tests/contract/native.h"
 #include "tests/contract/web_site.h"
 
 namespace orvalle::contract {
@@ -48,7 +48,7 @@ class HttpRig : public ::testing::Test {
     return {std::istreambuf_iterator<char>(stream), {}};
   }
 
-  std::unique_ptr<platform::HttpClient> client = platform::linuxos::makeHttpClient(std::chrono::seconds(2));
+  std::unique_ptr<platform::HttpClient> client = native::makeHttpClient(std::chrono::seconds(2));
   std::filesystem::path folder;
   std::filesystem::path file;
 };

@@ -1,24 +1,23 @@
 #pragma once
 
-#include <glib.h>
-
 #include <chrono>
 
 namespace orvalle::contract {
 
+/// Runs what is due on the main loop; where nothing is, waits a few milliseconds for it.
+void turnLoop();
+/// Runs what is due on the main loop, and everything that becomes due meanwhile, without waiting.
+void turnLoopUntilIdle();
+
 /// Turns the main loop until `done` says so; false when that takes longer than a test can wait.
 template <typename Done>
 bool runUntil(Done done, std::chrono::milliseconds limit = std::chrono::seconds(10)) {
-  const gint64 end = g_get_monotonic_time() + limit.count() * 1000;
-  // Wakes the loop even where nothing happens.
-  const guint tick = g_timeout_add(
-      5, [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
+  const auto end = std::chrono::steady_clock::now() + limit;
   bool reached = done();
-  while (!reached && g_get_monotonic_time() < end) {
-    g_main_context_iteration(nullptr, TRUE);
+  while (!reached && std::chrono::steady_clock::now() < end) {
+    turnLoop();
     reached = done();
   }
-  g_source_remove(tick);
   return reached;
 }
 

@@ -1,6 +1,5 @@
 #include "platform/main_loop.h"
 
-#include <glib.h>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -8,9 +7,9 @@
 #include <thread>
 #include <vector>
 
-#include "platform/linux/factory.h"
 #include "platform/memory/virtual_time.h"
 #include "tests/contract/loop.h"
+#include "tests/contract/native.h"
 
 namespace orvalle::platform {
 namespace {
@@ -30,21 +29,20 @@ class MemoryRig {
   WallTime start_ = time_.now();
 };
 
-class LinuxRig {
+class NativeRig {
  public:
   MainLoop& loop() { return *loop_; }
-  std::chrono::nanoseconds age() const { return std::chrono::microseconds(g_get_monotonic_time() - start_); }
+  std::chrono::nanoseconds age() const { return std::chrono::steady_clock::now() - start_; }
 
   /// Runs the loop for that long, and then whatever is due by now.
   void pass(milliseconds duration) {
     contract::runFor(duration);
-    while (g_main_context_iteration(nullptr, FALSE)) {
-    }
+    contract::turnLoopUntilIdle();
   }
 
  private:
-  std::unique_ptr<MainLoop> loop_ = linuxos::makeMainLoop();
-  gint64 start_ = g_get_monotonic_time();
+  std::unique_ptr<MainLoop> loop_ = contract::native::makeMainLoop();
+  std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
 };
 
 template <typename Rig>
@@ -61,7 +59,7 @@ class MainLoopContract : public ::testing::Test {
   Words heard;
 };
 
-using Rigs = ::testing::Types<MemoryRig, LinuxRig>;
+using Rigs = ::testing::Types<MemoryRig, NativeRig>;
 TYPED_TEST_SUITE(MainLoopContract, Rigs);
 
 TYPED_TEST(MainLoopContract, runsWhatWasPostedLaterAndInOrder) {
@@ -185,7 +183,7 @@ TYPED_TEST(MainLoopContract, oneTimerMayCancelAnotherThatIsDueWithIt) {
 /// What only shows when the loop is held up, which virtual time never is.
 class HeldUpMainLoop : public ::testing::Test {
  protected:
-  LinuxRig rig;
+  NativeRig rig;
 };
 
 TEST_F(HeldUpMainLoop, runsALateTickOnceAndDoesNotMakeUpForTheRest) {

@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/factory.h"
 #include "platform/memory/memory_link.h"
 #include "tests/contract/frame_server.h"
 #include "tests/contract/loop.h"
+#include "tests/contract/native.h"
 #include "tests/contract/socket_owner.h"
 
 /// What every websocket does, whatever makes it.
@@ -67,7 +67,7 @@ class NativeWorld {
   int closeCode() { return server_.client().closeCode(); }
 
  private:
-  std::unique_ptr<platform::WebSockets> sockets_ = platform::linuxos::makeWebSockets();
+  std::unique_ptr<platform::WebSockets> sockets_ = native::makeWebSockets();
   FrameServer server_;
 };
 
