@@ -197,6 +197,7 @@ TEST_F(PermessiTest, restartEndsTheProgramAndHasItsBundleStarted) {
     void applicationWillTerminate() override { ++ends; }
     bool applicationShouldTerminateAfterLastWindowClosed() override { return false; }
     bool applicationShouldHandleReopen(bool) override { return false; }
+    void applicationOpen(const std::vector<std::string>&) override {}
     bool responds(std::string_view) const override { return false; }
     void perform(std::string_view, platform::MenuItem&) override {}
     Permessi* permessi = nullptr;
