@@ -8,7 +8,6 @@ NS_ASSUME_NONNULL_BEGIN
 /// As far as used of what every view adopts.
 @interface NSView (NSAccessibility)
 - (void)setAccessibilityTitleUIElement:(nullable id)accessibilityTitleUIElement;
-- (void)setAccessibilityLabel:(nullable NSString*)accessibilityLabel;
 @end
 
 NS_ASSUME_NONNULL_END

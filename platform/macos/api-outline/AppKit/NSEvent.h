@@ -11,10 +11,7 @@ typedef NS_ENUM(NSUInteger, NSEventType) {
   NSEventTypeApplicationDefined = 15,
 };
 
-typedef NS_OPTIONS(NSUInteger, NSEventModifierFlags) {
-  NSEventModifierFlagShift = 1 << 17,
-  NSEventModifierFlagCommand = 1 << 20,
-};
+typedef NSUInteger NSEventModifierFlags;
 
 @interface NSEvent : NSObject <NSCopying>
 @property(readonly) NSInteger clickCount;

@@ -7,13 +7,11 @@
 NS_ASSUME_NONNULL_BEGIN
 
 typedef NS_ENUM(NSInteger, NSHapticFeedbackPattern) {
-  NSHapticFeedbackPatternGeneric = 0,
   NSHapticFeedbackPatternAlignment = 1,
   NSHapticFeedbackPatternLevelChange = 2,
 };
 
 typedef NS_ENUM(NSUInteger, NSHapticFeedbackPerformanceTime) {
-  NSHapticFeedbackPerformanceTimeDefault = 0,
   NSHapticFeedbackPerformanceTimeNow = 1,
 };
 

@@ -1,4 +1,5 @@
-// From: developer.apple.com, "NSPasteboard". Not checked against a binding.
+// From: developer.apple.com, "NSPasteboard". Checked against: objc2's icrate, AppKit/NSPasteboard.rs
+// (generated from the SDK's headers, MIT).
 #pragma once
 
 #import <Foundation/Foundation.h>

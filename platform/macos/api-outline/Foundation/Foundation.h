@@ -10,7 +10,6 @@
 #import <Foundation/NSFileHandle.h>
 #import <Foundation/NSFileManager.h>
 #import <Foundation/NSGeometry.h>
-#import <Foundation/NSJSONSerialization.h>
 #import <Foundation/NSNotification.h>
 #import <Foundation/NSObjCRuntime.h>
 #import <Foundation/NSObject.h>
@@ -18,11 +17,8 @@
 #import <Foundation/NSPathUtilities.h>
 #import <Foundation/NSProcessInfo.h>
 #import <Foundation/NSRange.h>
-#import <Foundation/NSRunLoop.h>
 #import <Foundation/NSString.h>
 #import <Foundation/NSTask.h>
-#import <Foundation/NSThread.h>
-#import <Foundation/NSTimer.h>
 #import <Foundation/NSURL.h>
 #import <Foundation/NSURLRequest.h>
 #import <Foundation/NSURLResponse.h>

@@ -1,4 +1,4 @@
-// From: developer.apple.com, "NSArray". Binding: xamarin-macios src/foundation.cs.
+// From: developer.apple.com, "NSArray". Checked against: xamarin-macios src/foundation.cs.
 #pragma once
 
 #import <Foundation/NSEnumerator.h>

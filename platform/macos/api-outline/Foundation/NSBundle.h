@@ -1,4 +1,4 @@
-// From: developer.apple.com, "NSBundle". Binding: xamarin-macios src/foundation.cs.
+// From: developer.apple.com, "NSBundle". Not checked against a binding.
 #pragma once
 
 #import <Foundation/NSDictionary.h>

@@ -1,4 +1,4 @@
-// From: developer.apple.com, "NSDictionary". Binding: xamarin-macios src/foundation.cs.
+// From: developer.apple.com, "NSDictionary". Not checked against a binding.
 #pragma once
 
 #import <Foundation/NSEnumerator.h>

@@ -1,4 +1,4 @@
-// From: developer.apple.com, "NSError". Binding: xamarin-macios src/foundation.cs.
+// From: developer.apple.com, "NSError". Not checked against a binding.
 #pragma once
 
 #import <Foundation/NSObject.h>

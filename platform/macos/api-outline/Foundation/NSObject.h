@@ -1,4 +1,4 @@
-// From: developer.apple.com, "NSObject". Binding: xamarin-macios src/foundation.cs.
+// From: developer.apple.com, "NSObject". Checked against: xamarin-macios src/foundation.cs.
 #pragma once
 
 #include <objc/objc.h>

@@ -1,4 +1,5 @@
-// From: developer.apple.com, "NSProcessInfo". Not checked against a binding, but for the option's value.
+// From: developer.apple.com, "NSProcessInfo". Checked against: objc2's icrate, Foundation/NSProcessInfo.rs
+// (generated from the SDK's headers, MIT). The option's value was not.
 #pragma once
 
 #import <Foundation/NSObject.h>

@@ -1,4 +1,4 @@
-// From: developer.apple.com, "NSURL". Binding: xamarin-macios src/foundation.cs.
+// From: developer.apple.com, "NSURL". Not checked against a binding.
 #pragma once
 
 #import <Foundation/NSObject.h>

@@ -1,4 +1,5 @@
-// From: developer.apple.com, "NSURLRequest". Binding: xamarin-macios src/foundation.cs.
+// From: developer.apple.com, "NSURLRequest". Checked against: objc2's icrate, Foundation/NSURLRequest.rs
+// (generated from the SDK's headers, MIT).
 #pragma once
 
 #import <Foundation/NSDate.h>
