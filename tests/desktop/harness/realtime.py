@@ -3,6 +3,7 @@
 import json
 import pathlib
 import re
+import signal
 import urllib.request
 
 from .processes import wait_for
@@ -31,6 +32,13 @@ class DemoServer:
 
     def stop(self):
         self._desktop.end(self._process)
+
+    def pause(self):
+        """Answers nobody from now on."""
+        self._process.send_signal(signal.SIGSTOP)
+
+    def go_on(self):
+        self._process.send_signal(signal.SIGCONT)
 
     def start_again(self):
         """Serves again on the same port."""
