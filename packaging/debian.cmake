@@ -33,7 +33,7 @@ hosts the application in a window of its own and shows the session that is
 running in the status bar, in the menu there and in a small panel that floats
 above all programs, from where it can be controlled too.")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "glib-networking, gsettings-desktop-schemas, librsvg2-common, default-dbus-session-bus | dbus-session-bus")
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "desktop-file-utils, glib-networking, gsettings-desktop-schemas, librsvg2-common, default-dbus-session-bus | dbus-session-bus")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "xdg-utils, at-spi2-core, fonts-inter")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
