@@ -194,7 +194,7 @@ void Installazione::finish() {
   diskWatch_.reset();
   // Much may lie in them.
   auto folders = std::make_shared<std::pair<Folder, Folder>>(std::move(downloads_), std::move(work_));
-  platform_.background.run([folders] { *folders = {}; }, [] {});
+  platform_.background.run([folders] { *folders = std::pair<Folder, Folder>(); }, [] {});
 }
 
 void Installazione::fail(const std::string& message, const std::string& informative) {
