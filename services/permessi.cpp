@@ -19,7 +19,7 @@ using platform::SettingsPane;
 constexpr char kConcesso[] = "concesso";
 constexpr char kNegato[] = "negato";
 
-const char* wordFor(NotificationStatus status) {
+const char* parolaPer(NotificationStatus status) {
   switch (status) {
     case NotificationStatus::Authorised:
     case NotificationStatus::Provisional:
@@ -50,7 +50,7 @@ void Permessi::statoJSON(Completion completion) {
 
 std::string Permessi::describe(NotificationStatus notifications) const {
   const boost::json::object state = {
-      {"notifiche", wordFor(notifications)},
+      {"notifiche", parolaPer(notifications)},
       {"accessibilita", platform_.accessibility.trusted() ? kConcesso : kNegato},
       {"documenti", backupScritti() ? kConcesso : "da-provare"},
       {"cartellaBackup", archivio_.cartella().string()},

@@ -19,7 +19,7 @@ std::string controlEscape(unsigned char byte) {
 }
 
 /// A script string literal in single quotes.
-std::string quoted(std::string_view text) {
+std::string inQuotes(std::string_view text) {
   std::string literal = "'";
   if (!base::isValidUtf8(text)) text = {};
   while (!text.empty()) {
@@ -52,8 +52,8 @@ std::string replyExpression(std::int64_t id, const std::string& text) {
 }
 
 std::string commandExpression(const std::string& word, const std::optional<std::string>& id) {
-  return "window.__orvalleComando && window.__orvalleComando(" + quoted(word) + ", " +
-         (id ? quoted(*id) : "null") + ")";
+  return "window.__orvalleComando && window.__orvalleComando(" + inQuotes(word) + ", " +
+         (id ? inQuotes(*id) : "null") + ")";
 }
 
 }  // namespace orvalle::web

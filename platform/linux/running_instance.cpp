@@ -7,6 +7,8 @@ namespace orvalle::platform::linuxos {
 namespace {
 
 constexpr int kTimeoutMilliseconds = 3000;
+/// One that ends has the diary and the settings to write, on whatever disk they are.
+constexpr int kEndMilliseconds = 10000;
 
 GObjectPtr<GDBusConnection> sessionBus() {
   return GObjectPtr<GDBusConnection>::adopt(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
@@ -95,7 +97,7 @@ bool quitRunningInstance() {
 
   // Its connection lasts as long as its process.
   constexpr int kPollMilliseconds = 20;
-  for (int waited = 0; waited < kTimeoutMilliseconds; waited += kPollMilliseconds) {
+  for (int waited = 0; waited < kEndMilliseconds; waited += kPollMilliseconds) {
     if (!hasOwner(bus.get(), owner)) return true;
     g_usleep(kPollMilliseconds * 1000);
   }

@@ -25,7 +25,7 @@ using std::chrono::milliseconds;
 constexpr auto kHours = 1000h;
 constexpr auto kNever = WallTime::max();
 constexpr char kReply[] = R"({"event":"phx_reply","payload":{"status":"ok"}})";
-constexpr char kState[] =
+constexpr char kStateFrame[] =
     R"({"event":"broadcast","payload":{"event":"state","payload":{"running":true,"isBreak":false,
         "elapsedMin":5,"remainingMin":20,"plannedMin":25,"projectTitle":"P","tasks":[]}}})";
 
@@ -128,7 +128,7 @@ class World : public platform::WebSockets {
     EXPECT_EQ(counts.joins, before + 1);
     if (chance(0.9)) later(some(1ms, 3s), [this] { reply(); });
     if (chance(0.1)) later(some(1ms, 30s), [this] { reply(); });
-    if (chance(0.5)) later(some(1ms, 5s), [this] { state_->sendText(kState); });
+    if (chance(0.5)) later(some(1ms, 5s), [this] { state_->sendText(kStateFrame); });
     later(chance(0.2) ? some(0ms, 10s) : some(0min, 30min), [this] { lose(); });
   }
 
