@@ -60,7 +60,10 @@ void WebView::load(const std::string& url) {
 }
 
 void WebView::startAnew() {
+  // Told of inside the call.
+  startsAnew_ = true;
   webkit_web_view_terminate_web_process(view_.get());
+  startsAnew_ = false;
   webkit_web_view_reload(view_.get());
 }
 
@@ -172,15 +175,13 @@ bool WebView::isToBeTold(const GError* error) {
                                       WEBKIT_POLICY_ERROR_FRAME_LOAD_INTERRUPTED_BY_POLICY_CHANGE);
 }
 
-void WebView::processEnded(WebKitWebView*, WebKitWebProcessTerminationReason reason, gpointer self) {
+void WebView::processEnded(WebKitWebView*, WebKitWebProcessTerminationReason, gpointer self) {
   auto& view = *static_cast<WebView*>(self);
   view.stopTimeout();
   view.hasPage_ = false;
   view.ownLoadAwaited_ = false;
-  // We ended it ourselves, and load the page again.
-  if (reason == WEBKIT_WEB_PROCESS_TERMINATED_BY_API) return;
   // A process that dies of our own document would do so again.
-  if (!view.html_) view.delegate_.didFail(kPageProcessEndedText);
+  if (!view.html_ && !view.startsAnew_) view.delegate_.didFail(kPageProcessEndedText);
 }
 
 void WebView::responsiveChanged(WebKitWebView* widget, GParamSpec*, gpointer self) {

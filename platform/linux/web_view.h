@@ -68,6 +68,8 @@ class WebView {
   bool ownLoad_ = false;
   /// We gave up the load under way ourselves and have told so.
   bool gaveUp_ = false;
+  /// The process is being ended by us, and the page loaded again.
+  bool startsAnew_ = false;
   guint timeout_ = 0;
 };
 
