@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 
+#include "platform/any_system.h"
 #include "platform/pair_view.h"
 #include "platform/pasteboard.h"
 #include "platform/platform.h"
@@ -16,6 +17,9 @@
 /// given an application (GTK is up then), except where a function says otherwise. What is passed by reference
 /// must outlive what is made.
 namespace orvalle::platform::linuxos {
+
+using platform::makeClock;
+using platform::makeEnvironment;
 
 /// The application with what other Linux parts need of it.
 class NativeApplication : public Application {
@@ -54,9 +58,7 @@ class WindowMenu {
 /// The menu bar with the windows' side of it.
 class NativeMainMenu : public MainMenu, public WindowMenu {};
 
-std::unique_ptr<Clock> makeClock();
 std::unique_ptr<MainLoop> makeMainLoop();
-std::unique_ptr<Environment> makeEnvironment();
 std::unique_ptr<SystemLog> makeSystemLog();
 /// The store in `$XDG_CONFIG_HOME/Orvalle/defaults.json`, by default under `$HOME/.config`. What other
 /// programs write into it shows at the next read. A link there is followed. Failures are logged, each once.

@@ -4,17 +4,19 @@
 #include <memory>
 #include <string>
 
+#include "platform/any_system.h"
 #include "platform/platform.h"
 
 /// The macOS implementations. Everything is made and used on the main thread, except where a function says
 /// otherwise. What is passed by reference must outlive what is made.
 namespace orvalle::platform::macos {
 
+using platform::makeClock;
+using platform::makeEnvironment;
+
 /// The application object of the process; made before everything that has to do with the screen.
 std::unique_ptr<Application> makeApplication();
-std::unique_ptr<Clock> makeClock();
 std::unique_ptr<MainLoop> makeMainLoop();
-std::unique_ptr<Environment> makeEnvironment();
 std::unique_ptr<SystemLog> makeSystemLog();
 /// The program's own settings, or those of another name.
 std::unique_ptr<Defaults> makeDefaults(const std::string& suite = "");

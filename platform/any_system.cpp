@@ -1,11 +1,14 @@
-#include "platform/environment.h"
+#include "platform/any_system.h"
 
 #include <cstdlib>
 
-#include "platform/linux/factory.h"
-
-namespace orvalle::platform::linuxos {
+namespace orvalle::platform {
 namespace {
+
+class SystemClock final : public Clock {
+ public:
+  WallTime now() const override { return std::chrono::system_clock::now(); }
+};
 
 class ProcessEnvironment final : public Environment {
  public:
@@ -17,8 +20,12 @@ class ProcessEnvironment final : public Environment {
 
 }  // namespace
 
+std::unique_ptr<Clock> makeClock() {
+  return std::make_unique<SystemClock>();
+}
+
 std::unique_ptr<Environment> makeEnvironment() {
   return std::make_unique<ProcessEnvironment>();
 }
 
-}  // namespace orvalle::platform::linuxos
+}  // namespace orvalle::platform
