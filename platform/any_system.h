@@ -5,8 +5,8 @@
 #include "platform/clock.h"
 #include "platform/environment.h"
 
-/// Implementations that need nothing but the C++ library, and so are every system's. They depend on nothing and
-/// may be made before anything else.
+/// Implementations that need nothing but the C++ library, and so are every system's. They depend on nothing
+/// and may be made before anything else.
 namespace orvalle::platform {
 
 /// The wall clock of the machine.

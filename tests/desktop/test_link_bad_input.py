@@ -120,7 +120,7 @@ def test_flood_of_states(item, service):
     slowest = flood(item, service, [state_frame(session(projectTitle=f"Piena {number}", tasks=[
         task(str(row), f"Compito {row}") for row in range(5)])) for number in range(50_000)])
     assert slowest < LONGEST_PAUSE, f"the program did not answer for {slowest:.1f} s"
-    item.wait("XAyatanaLabel", lambda label: label.endswith("Piena 49999"))
+    item.wait("XAyatanaLabel", lambda label: label.endswith("Piena 49999"), 240)
 
 
 def test_flood_of_garbage(item, service):

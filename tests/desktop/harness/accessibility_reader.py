@@ -4,6 +4,7 @@ PID list | PID press ROLE NAME."""
 
 import json
 import sys
+import time
 
 import gi
 
@@ -12,15 +13,22 @@ from gi.repository import Atspi, GLib  # noqa: E402
 
 STATES = ("ACTIVE", "CHECKED", "ENABLED", "FOCUSED", "SENSITIVE", "SHOWING", "EDITABLE", "MODAL")
 
+# How many seconds one answer may take.
+PATIENCE = 2.0
+
 
 # Where nothing below shows as long as the object itself does not.
 CLOSED = ("frame", "window", "dialog", "alert", "menu", "popup menu")
 
 
 def walk(accessible, depth=0):
-    """Every showing object from one on down, with its depth; those that vanish meanwhile are left out."""
+    """Every showing object from one on down, with its depth; those that vanish meanwhile are left out, and so is a page
+    that answers nobody, as it waits for an answer itself."""
     try:
+        asked = time.monotonic()
         showing = accessible.get_state_set().contains(Atspi.StateType.SHOWING)
+        if time.monotonic() - asked >= PATIENCE:
+            return
         if showing or depth == 0:
             yield accessible, depth
         elif accessible.get_role_name() in CLOSED:
@@ -72,6 +80,8 @@ def objects(pid):
 
 def main():
     Atspi.init()
+    # The library would wait fifteen seconds for a process that is new.
+    Atspi.set_timeout(int(PATIENCE * 1000), int(PATIENCE * 1000))
     pid, order, *words = sys.argv[1:]
     if order == "list":
         json.dump([description for _, description in objects(int(pid))], sys.stdout)
