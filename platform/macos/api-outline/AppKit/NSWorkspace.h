@@ -1,4 +1,4 @@
-// From: developer.apple.com, "NSWorkspace". Not checked against a binding.
+// From: developer.apple.com, "NSWorkspace". Checked against: objc2's generated AppKit/NSWorkspace.rs (MIT).
 #pragma once
 
 #import <AppKit/NSRunningApplication.h>

@@ -1,5 +1,5 @@
-// From: developer.apple.com, "CFNumber" and "CFBoolean". Binding: xamarin-macios
-// src/CoreFoundation/CFBoolean.cs; of CFNumberIsFloatType there is none.
+// From: developer.apple.com, "CFNumber" and "CFBoolean". Checked against: objc2's generated
+// CoreFoundation/CFNumber.rs (MIT).
 #pragma once
 
 #import <CoreFoundation/CFBase.h>

@@ -1,4 +1,4 @@
-// From: developer.apple.com, "NSError". Not checked against a binding.
+// From: developer.apple.com, "NSError". Checked against: objc2's generated Foundation/NSError.rs (MIT).
 #pragma once
 
 #import <Foundation/NSObject.h>
@@ -7,8 +7,10 @@ NS_ASSUME_NONNULL_BEGIN
 
 @class NSString;
 
+typedef NSString* NSErrorDomain;
+
 @interface NSError : NSObject <NSCopying>
-@property(readonly, copy) NSString* domain;
+@property(readonly, copy) NSErrorDomain domain;
 @property(readonly) NSInteger code;
 @property(readonly, copy) NSString* localizedDescription;
 @end

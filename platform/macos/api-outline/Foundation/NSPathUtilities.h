@@ -1,5 +1,5 @@
-// From: developer.apple.com, "NSSearchPathDirectory". Binding: xamarin-macios src/Foundation/Enum.cs; of the
-// functions there is none.
+// From: developer.apple.com, "NSSearchPathDirectory", "NSHomeDirectory". Checked against: objc2's generated
+// Foundation/NSPathUtilities.rs (MIT).
 #pragma once
 
 #import <Foundation/NSString.h>

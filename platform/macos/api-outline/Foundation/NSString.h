@@ -1,4 +1,4 @@
-// From: developer.apple.com, "NSString". Not checked against a binding.
+// From: developer.apple.com, "NSString". Checked against: objc2's generated Foundation/NSString.rs (MIT).
 #pragma once
 
 #import <Foundation/NSObject.h>

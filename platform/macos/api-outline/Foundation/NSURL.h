@@ -1,4 +1,4 @@
-// From: developer.apple.com, "NSURL". Not checked against a binding.
+// From: developer.apple.com, "NSURL". Checked against: objc2's generated Foundation/NSURL.rs (MIT).
 #pragma once
 
 #import <Foundation/NSObject.h>
@@ -10,7 +10,7 @@ NS_ASSUME_NONNULL_BEGIN
 @interface NSURL : NSObject <NSCopying>
 + (nullable instancetype)URLWithString:(NSString*)URLString;
 + (NSURL*)fileURLWithPath:(NSString*)path;
-@property(readonly, copy) NSString* absoluteString;
+@property(nullable, readonly, copy) NSString* absoluteString;
 @property(nullable, readonly, copy) NSString* path;
 @property(readonly) const char* fileSystemRepresentation;
 @end

@@ -1,6 +1,6 @@
-// From: developer.apple.com, "URL Loading System". Binding: xamarin-macios src/foundation.cs.
-// The block types are checked against the bindings' actions; their nullability is from the documentation
-// alone.
+// From: developer.apple.com, "URL Loading System". Binding: xamarin-macios src/foundation.cs. The block types
+// and what configuration and socket are asked for, with their nullability, also against objc2's generated
+// Foundation/NSURLSession.rs (MIT).
 #pragma once
 
 #import <Foundation/NSDictionary.h>

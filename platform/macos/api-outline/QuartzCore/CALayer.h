@@ -1,4 +1,4 @@
-// From: developer.apple.com, "CALayer". Not checked against a binding.
+// From: developer.apple.com, "CALayer". Checked against: objc2's generated QuartzCore/CALayer.rs (MIT).
 #pragma once
 
 #import <Foundation/Foundation.h>

@@ -1,5 +1,5 @@
-// From: developer.apple.com, "Code Signing Services". No binding has these: what the documentation says of
-// them is all.
+// From: developer.apple.com, "Code Signing Services". Checked against: objc2's generated Security/SecCode.rs
+// and CSCommon.rs (MIT). The value of errSecSuccess is from the documentation alone.
 #pragma once
 
 #import <CoreFoundation/CoreFoundation.h>

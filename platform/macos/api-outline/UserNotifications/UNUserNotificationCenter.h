@@ -1,5 +1,5 @@
-// From: developer.apple.com, "UNUserNotificationCenter". Binding: xamarin-macios src/usernotifications.cs.
-// The nullability of what the blocks are given is from the documentation alone.
+// From: developer.apple.com, "UNUserNotificationCenter". Checked against: xamarin-macios
+// src/usernotifications.cs and objc2's generated UserNotifications/UNUserNotificationCenter.rs (MIT).
 #pragma once
 
 #import <Foundation/Foundation.h>

@@ -1,6 +1,6 @@
 // From: developer.apple.com, "WKWebViewConfiguration", "WKPreferences", "WKWebsiteDataStore". Checked
-// against: objc2-web-kit, WKPreferences.rs; xamarin-macios src/wkwebkit.cs; the configuration's own
-// properties not checked.
+// against: objc2-web-kit, WKPreferences.rs; xamarin-macios src/wkwebkit.cs; objc2's generated
+// WebKit/WKWebViewConfiguration.rs (MIT).
 #pragma once
 
 #import <WebKit/WKUserContentController.h>
