@@ -51,6 +51,10 @@ bool isValidUtf8(std::string_view text) {
   return true;
 }
 
+std::size_t codePointLength(std::string_view text) {
+  return firstCodePoint(text).length;
+}
+
 std::string wellFormed(std::string_view text) {
   std::string whole;
   whole.reserve(text.size());

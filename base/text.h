@@ -8,6 +8,9 @@ namespace orvalle::base {
 /// Whether the bytes are well-formed UTF-8 (no overlong forms, no surrogates, nothing above U+10FFFF).
 bool isValidUtf8(std::string_view text);
 
+/// How many bytes the text's first code point takes; 0 when it does not begin with well-formed UTF-8.
+std::size_t codePointLength(std::string_view text);
+
 /// The text with U+FFFD in place of every byte that is not part of well-formed UTF-8.
 std::string wellFormed(std::string_view text);
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/shown_text.h"
+
 namespace orvalle::platform {
 
 void AlertQueue::show(const Alert& alert, std::function<void(std::size_t)> done) {
@@ -14,7 +16,10 @@ base::Subscription AlertQueue::showProgress(const Alert& alert, std::function<vo
 }
 
 std::uint64_t AlertQueue::add(const Alert& alert, bool progress, std::function<void(std::size_t)> done) {
-  waiting_.push_back({++count_, alert, progress, std::move(done)});
+  Alert shown = alert;
+  shown.message = readableText(alert.message);
+  shown.informative = readableText(alert.informative);
+  waiting_.push_back({++count_, std::move(shown), progress, std::move(done)});
   // The next may be on show by the time this returns.
   const auto number = count_;
   showNext();

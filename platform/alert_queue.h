@@ -11,7 +11,7 @@
 
 namespace orvalle::platform {
 
-/// Alerts that take turns, for systems that know how to show one.
+/// Alerts that take turns, for systems that know how to show one. Their texts are cut to what can be read.
 class AlertQueue final : public Alerts {
  public:
   /// One alert on the screen, which leaves it with this.

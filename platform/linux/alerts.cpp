@@ -2,7 +2,6 @@
 
 #include <gtk/gtk.h>
 
-#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -15,13 +14,6 @@
 namespace orvalle::platform::linuxos {
 namespace {
 
-/// More than anybody reads in a dialog, and little enough to lay out at once: the time that takes grows with
-/// the square of a word's length.
-constexpr std::size_t kLongestText = 5'000;
-constexpr std::size_t kLongestWord = 200;
-constexpr int kMostLines = 500;
-constexpr char kEllipsis[] = "…";
-
 /// Of the texts together, in points. Taller ones scroll, so that the buttons stay on the screen.
 constexpr int kNarrowest = 300;
 constexpr int kScrolledWidth = 480;
@@ -31,30 +23,6 @@ constexpr int kTallest = 360;
 constexpr int kBarWidth = 260;
 constexpr int kBarHeight = 20;
 constexpr guint kBarStep = 100;
-
-/// The text as a label can show it: valid UTF-8, with an ellipsis for what goes on for too long.
-std::string labelText(const std::string& text) {
-  // A character has at most four bytes, and a few more do no harm.
-  const std::size_t looked = std::min(text.size(), 4 * kLongestText);
-  const GlibPtr<char> valid(g_utf8_make_valid(text.data(), static_cast<gssize>(looked)));
-  std::string shown;
-  std::size_t length = 0;
-  std::size_t wordLength = 0;
-  int lines = 1;
-  const char* at = valid.get();
-  for (const char* next = at; *at && length < kLongestText; at = next, ++length) {
-    next = g_utf8_next_char(at);
-    if (*at == '\n' && ++lines > kMostLines) break;
-    wordLength = g_unichar_isspace(g_utf8_get_char(at)) ? 0 : wordLength + 1;
-    if (wordLength <= kLongestWord) {
-      shown.append(at, next);
-    } else if (wordLength == kLongestWord + 1) {
-      shown += kEllipsis;
-    }
-  }
-  if (*at || looked < text.size()) shown += kEllipsis;
-  return shown;
-}
 
 /// A bar that moves as long as this lives.
 class MovingBar {
@@ -87,12 +55,12 @@ class Dialog final : public AlertQueue::Dialog {
       : answered_(std::move(answered)),
         closing_(alert.closing.value_or(alert.buttons.size() - 1)),
         window_(gtk_message_dialog_new(parent, GTK_DIALOG_MODAL, GTK_MESSAGE_OTHER, GTK_BUTTONS_NONE, "%s",
-                                       labelText(alert.message).c_str())),
+                                       alert.message.c_str())),
         response_(window_.widget(), "response", G_CALLBACK(responded), this) {
     gtk_window_set_title(window_.get(), g_get_application_name());
     auto* dialog = GTK_MESSAGE_DIALOG(window_.widget());
     if (!alert.informative.empty())
-      gtk_message_dialog_format_secondary_text(dialog, "%s", labelText(alert.informative).c_str());
+      gtk_message_dialog_format_secondary_text(dialog, "%s", alert.informative.c_str());
     for (std::size_t button = 0; button < alert.buttons.size(); ++button)
       addButton(alert.buttons[button], static_cast<int>(button), button == alert.returnButton);
     gtk_dialog_set_default_response(GTK_DIALOG(dialog), static_cast<int>(alert.returnButton));

@@ -1,6 +1,6 @@
 #include "platform/linux/menu_text.h"
 
-#include "platform/linux/shown_text.h"
+#include "platform/shown_text.h"
 
 namespace orvalle::platform::linuxos {
 

@@ -9,8 +9,8 @@
 #include "platform/linux/factory.h"
 #include "platform/linux/glib_ptr.h"
 #include "platform/linux/panel_place.h"
-#include "platform/linux/shown_text.h"
 #include "platform/linux/tabular_digits.h"
+#include "platform/shown_text.h"
 
 namespace orvalle::platform::linuxos {
 namespace {

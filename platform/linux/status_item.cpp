@@ -7,9 +7,9 @@
 #include "platform/linux/look_later.h"
 #include "platform/linux/notifier_item.h"
 #include "platform/linux/panel_ink.h"
-#include "platform/linux/shown_text.h"
 #include "platform/linux/status_icon.h"
 #include "platform/linux/status_menu.h"
+#include "platform/shown_text.h"
 
 namespace orvalle::platform::linuxos {
 namespace {

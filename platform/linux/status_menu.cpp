@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/linux/shown_text.h"
+#include "platform/shown_text.h"
 
 namespace orvalle::platform::linuxos {
 namespace {

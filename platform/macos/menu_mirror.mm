@@ -4,6 +4,7 @@
 #include <optional>
 
 #import "platform/macos/text.h"
+#include "platform/shown_text.h"
 
 using orvalle::platform::ActionTarget;
 using orvalle::platform::MenuItem;
@@ -155,7 +156,7 @@ void MenuMirror::update(Row& row, const std::shared_ptr<MenuItem>& item) {
   row.item = item;
   row.target.item = item;
   if (item->isSeparator()) return;
-  NSString* title = nativeText(item->title());
+  NSString* title = nativeText(shownText(item->title()));
   if (![row.native.title isEqualToString:title]) row.native.title = title;
   const auto state = item->checked() ? NSControlStateValueOn : NSControlStateValueOff;
   if (row.native.state != state) row.native.state = state;

@@ -7,6 +7,7 @@
 
 #import "platform/macos/factory.h"
 #import "platform/macos/text.h"
+#include "platform/shown_text.h"
 
 using orvalle::platform::Panel;
 
@@ -108,7 +109,7 @@ class AppKitPanel final : public Panel {
   void setLabel(const std::string& text, TextColour colour) override {
     if (text_ != text) {
       text_ = text;
-      label_.stringValue = nativeText(text);
+      label_.stringValue = nativeText(shownText(text));
     }
     if (colour_ != colour) {
       colour_ = colour;

@@ -9,6 +9,7 @@
 #import "platform/macos/factory.h"
 #import "platform/macos/menu_mirror.h"
 #import "platform/macos/text.h"
+#include "platform/shown_text.h"
 
 namespace orvalle::platform::macos {
 namespace {
@@ -31,7 +32,7 @@ class AppKitStatusItem final : public StatusItem {
     NSStatusBarButton* button = item_.button;
     if (!face_ || face_->image != face.image) button.image = nativeImage(face.image);
     button.imagePosition = face.imagePosition == ImagePosition::Right ? NSImageRight : NSImageLeft;
-    if (!face_ || face_->title != face.title) button.title = nativeText(face.title);
+    if (!face_ || face_->title != face.title) button.title = nativeText(shownText(face.title));
     button.alphaValue = face.alpha;
     face_ = face;
   }
@@ -47,7 +48,7 @@ class AppKitStatusItem final : public StatusItem {
  private:
   void showToolTip() {
     const auto& items = model_->items();
-    NSString* text = items.empty() ? @"" : nativeText(items.front()->title());
+    NSString* text = items.empty() ? @"" : nativeText(shownText(items.front()->title()));
     NSString* shown = item_.button.toolTip;
     if (!shown || ![shown isEqualToString:text]) item_.button.toolTip = text;
   }

@@ -105,5 +105,18 @@ TEST_F(AlertQueueTest, aSubscriptionIsOfNoMoreConsequenceOnceAnswered) {
   EXPECT_THAT(answers, ElementsAre("Scarico 0"));
 }
 
+TEST_F(AlertQueueTest, textsAreCutToWhatCanBeRead) {
+  Alert shown;
+  AlertQueue cutting([&](const Alert& alert, bool, const AlertQueue::Answered&) {
+    shown = alert;
+    return std::make_unique<AlertQueue::Dialog>();
+  });
+  const std::string endless(1 << 20, 'm');
+  cutting.show({endless, "prima\n" + endless, {"Va bene"}}, [](std::size_t) {});
+  EXPECT_EQ(shown.message, std::string(200, 'm') + "…");
+  EXPECT_EQ(shown.informative, "prima\n" + std::string(200, 'm') + "…");
+  EXPECT_THAT(shown.buttons, ElementsAre("Va bene"));
+}
+
 }  // namespace
 }  // namespace orvalle::platform
