@@ -25,7 +25,7 @@ int main(int argc, char** argv) {
   const auto mainMenu = native::makeMainMenu(*application);
   const auto statusBar = native::makeStatusBar(*application);
   const auto panels = native::makePanels();
-  const auto webWindows = native::makeWebWindows();
+  const auto webWindows = native::makeWebWindows(*loop);
   const auto alerts = native::makeAlerts();
   const auto openPanel = native::makeOpenPanel();
   const auto webSockets = native::makeWebSockets();

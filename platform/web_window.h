@@ -50,7 +50,6 @@ class WebWindowDelegate {
   /// error text.
   virtual void didFail(const std::string& description) = 0;
   /// The page's process has been asked for something and has not answered for `kAnswerNotice`; it does again.
-  /// Not told where the system does not tell.
   virtual void didStopAnswering() = 0;
   virtual void didAnswerAgain() = 0;
   /// The main frame's script posted a message to the handler `name`; `json` is its body as a JSON document.

@@ -27,7 +27,8 @@ std::unique_ptr<Screen> makeScreen();
 std::unique_ptr<MainMenu> makeMainMenu(Application& application);
 std::unique_ptr<StatusBar> makeStatusBar(Application& application);
 std::unique_ptr<Panels> makePanels();
-std::unique_ptr<WebWindows> makeWebWindows();
+/// `loop` tells when a page has kept silent for too long.
+std::unique_ptr<WebWindows> makeWebWindows(MainLoop& loop);
 std::unique_ptr<Alerts> makeAlerts();
 std::unique_ptr<OpenPanel> makeOpenPanel();
 std::unique_ptr<WebSockets> makeWebSockets();

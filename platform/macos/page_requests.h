@@ -2,6 +2,7 @@
 
 #import <WebKit/WebKit.h>
 
+#include "platform/answer_watch.h"
 #include "platform/web_window.h"
 
 @class OrvalleUIDelegate;
@@ -12,8 +13,9 @@ namespace orvalle::platform::macos {
 /// are the delegate's; the rest is denied.
 class PageRequests {
  public:
-  /// Answers the requests of `view` as long as it lives. `delegate` outlives it.
-  PageRequests(WKWebView* _Nonnull view, WebWindowDelegate& delegate);
+  /// Answers the requests of `view`, and of whatever has its delegates, as long as it lives. `delegate` and
+  /// `watch` outlive it.
+  PageRequests(WKWebView* _Nonnull view, WebWindowDelegate& delegate, AnswerWatch& watch);
   PageRequests(const PageRequests&) = delete;
   PageRequests& operator=(const PageRequests&) = delete;
   ~PageRequests();

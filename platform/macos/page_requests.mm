@@ -1,13 +1,19 @@
 #import "platform/macos/page_requests.h"
 
+#include <memory>
+
 #import "platform/macos/text.h"
 
+using orvalle::base::Subscription;
+using orvalle::platform::AnswerWatch;
 using orvalle::platform::WebWindowDelegate;
 using orvalle::platform::macos::nativeText;
 using orvalle::platform::macos::utf8Text;
 
 @interface OrvalleUIDelegate : NSObject <WKUIDelegate>
 @property(nonatomic, assign) WebWindowDelegate* owner;
+/// There as long as the owner is.
+@property(nonatomic, assign) AnswerWatch* watch;
 @end
 
 @implementation OrvalleUIDelegate
@@ -17,7 +23,11 @@ using orvalle::platform::macos::utf8Text;
                       initiatedByFrame:(WKFrameInfo*)frame
                      completionHandler:(void (^)(void))completionHandler {
   if (!self.owner) return completionHandler();
-  self.owner->runAlert(utf8Text(message), [completionHandler] { completionHandler(); });
+  const auto held = std::make_shared<Subscription>(self.watch->hold());
+  self.owner->runAlert(utf8Text(message), [completionHandler, held] {
+    completionHandler();
+    held->reset();
+  });
 }
 
 - (void)webView:(WKWebView*)webView
@@ -25,7 +35,11 @@ using orvalle::platform::macos::utf8Text;
                         initiatedByFrame:(WKFrameInfo*)frame
                        completionHandler:(void (^)(BOOL result))completionHandler {
   if (!self.owner) return completionHandler(NO);
-  self.owner->runConfirm(utf8Text(message), [completionHandler](bool agreed) { completionHandler(agreed); });
+  const auto held = std::make_shared<Subscription>(self.watch->hold());
+  self.owner->runConfirm(utf8Text(message), [completionHandler, held](bool agreed) {
+    completionHandler(agreed);
+    held->reset();
+  });
 }
 
 - (void)webView:(WKWebView*)webView
@@ -53,9 +67,10 @@ using orvalle::platform::macos::utf8Text;
 
 namespace orvalle::platform::macos {
 
-PageRequests::PageRequests(WKWebView* view, WebWindowDelegate& delegate)
+PageRequests::PageRequests(WKWebView* view, WebWindowDelegate& delegate, AnswerWatch& watch)
     : native_([[OrvalleUIDelegate alloc] init]) {
   native_.owner = &delegate;
+  native_.watch = &watch;
   view.UIDelegate = native_;
 }
 

@@ -2,9 +2,11 @@
 
 #import <WebKit/WebKit.h>
 
+#include <functional>
 #include <string>
 
 #include "base/liveness.h"
+#include "platform/answer_watch.h"
 #import "platform/macos/page_bridge.h"
 #import "platform/macos/page_requests.h"
 #include "platform/web_window.h"
@@ -16,12 +18,13 @@ namespace orvalle::platform::macos {
 /// The web side of a web window: its operations and its delegate's calls mean what WebWindow says of them.
 class WebView {
  public:
-  /// `delegate` outlives the view.
-  WebView(const WebWindowSpec& spec, WebWindowDelegate& delegate);
+  /// `loop` and `delegate` outlive the view.
+  WebView(MainLoop& loop, const WebWindowSpec& spec, WebWindowDelegate& delegate);
   WebView(const WebView&) = delete;
   WebView& operator=(const WebView&) = delete;
   ~WebView();
 
+  /// Another one after `startAnew`, which puts it in the place of the one before.
   WKWebView* _Nonnull native() const { return view_; }
 
   void load(const std::string& url);
@@ -41,10 +44,12 @@ class WebView {
  private:
   bool isHtml(WKNavigation* _Nullable navigation) const { return navigation && navigation == html_; }
   std::string address() const;
+  void ask(const std::function<void()>& answered);
 
   WebWindowDelegate& delegate_;
   PageBridge bridge_;
   WKWebView* _Nonnull view_;
+  AnswerWatch watch_;
   PageRequests requests_;
   /// The view holds it weakly.
   OrvalleNavigationDelegate* _Nonnull native_;

@@ -1,5 +1,6 @@
 #import "platform/macos/web_view.h"
 
+#import <AppKit/AppKit.h>
 #import <dispatch/dispatch.h>
 
 #include <utility>
@@ -63,7 +64,7 @@ namespace {
 constexpr char kBlankAddress[] = "about:blank";
 constexpr NSTimeInterval kTimeoutSeconds = 60;
 
-WKWebView* makeView(const WebWindowSpec& spec, WKUserContentController* content) {
+WKWebViewConfiguration* makeConfiguration(WKUserContentController* content) {
   WKWebViewConfiguration* configuration = [[WKWebViewConfiguration alloc] init];
   configuration.userContentController = content;
   configuration.websiteDataStore = [WKWebsiteDataStore defaultDataStore];
@@ -71,9 +72,12 @@ WKWebView* makeView(const WebWindowSpec& spec, WKUserContentController* content)
     // A page that nobody sees goes on running: it is what tells how the session stands.
     configuration.preferences.inactiveSchedulingPolicy = WKInactiveSchedulingPolicyNone;
   }
-  const auto& size = spec.contentSize;
-  WKWebView* view = [[WKWebView alloc] initWithFrame:NSMakeRect(0, 0, size.width, size.height)
-                                       configuration:configuration];
+  return configuration;
+}
+
+WKWebView* makeView(NSRect frame, WKWebViewConfiguration* configuration) {
+  WKWebView* view = [[WKWebView alloc] initWithFrame:frame configuration:configuration];
+  view.autoresizingMask = NSViewWidthSizable | NSViewHeightSizable;
   view.allowsBackForwardNavigationGestures = YES;
   // The window's own background shows until the page paints.
   [view setValue:@NO forKey:@"drawsBackground"];
@@ -90,14 +94,16 @@ bool isPolicyInterruption(NSError* error) {
 
 }  // namespace
 
-WebView::WebView(const WebWindowSpec& spec, WebWindowDelegate& delegate)
+WebView::WebView(MainLoop& loop, const WebWindowSpec& spec, WebWindowDelegate& delegate)
     : delegate_(delegate),
       bridge_(spec.messageHandler, spec.documentStartScript,
               [this, name = spec.messageHandler](std::string json) {
                 delegate_.didReceiveMessage(name, std::move(json));
               }),
-      view_(makeView(spec, bridge_.content())),
-      requests_(view_, delegate),
+      view_(makeView(NSMakeRect(0, 0, spec.contentSize.width, spec.contentSize.height),
+                     makeConfiguration(bridge_.content()))),
+      watch_(loop, delegate, [this](const std::function<void()>& answered) { ask(answered); }),
+      requests_(view_, delegate, watch_),
       native_([[OrvalleNavigationDelegate alloc] init]) {
   native_.owner = this;
   view_.navigationDelegate = native_;
@@ -129,7 +135,19 @@ void WebView::loadHtml(const std::string& html) {
 }
 
 void WebView::startAnew() {
-  [view_ reload];
+  const std::string page = address();
+  // A process that does not answer would not hear of a reload either; it ends with its view.
+  WKWebView* fresh = makeView(view_.frame, view_.configuration);
+  fresh.navigationDelegate = view_.navigationDelegate;
+  fresh.UIDelegate = view_.UIDelegate;
+  NSWindow* window = view_.window;
+  [view_.superview replaceSubview:view_ with:fresh];
+  window.initialFirstResponder = fresh;
+  [window makeFirstResponder:fresh];
+  view_ = fresh;
+  hasPage_ = false;
+  watch_.startAgain();
+  load(page);
 }
 
 void WebView::evaluate(const std::string& script) {
@@ -179,8 +197,18 @@ void WebView::failed(WKNavigation* navigation, NSError* error) {
 void WebView::processEnded() {
   hasPage_ = false;
   own_ = nil;
+  watch_.startAgain();
   // A process that dies of our own document would do so again.
   if (!html_) delegate_.didFail(kPageProcessEndedText);
+}
+
+void WebView::ask(const std::function<void()>& answered) {
+  if (!hasPage_) return answered();
+  const auto told = answered;
+  [view_ evaluateJavaScript:@"0"
+          completionHandler:^(id, NSError*) {
+            told();
+          }];
 }
 
 std::string WebView::address() const {

@@ -31,13 +31,12 @@ NSWindow* makeWindow(const WebWindowSpec& spec) {
 
 class AppKitWebWindow final : public WebWindow {
  public:
-  AppKitWebWindow(const WebWindowSpec& spec, WebWindowDelegate& delegate)
+  AppKitWebWindow(MainLoop& loop, const WebWindowSpec& spec, WebWindowDelegate& delegate)
       : window_(makeWindow(spec)),
-        view_(spec, delegate),
+        view_(loop, spec, delegate),
         strip_(nativeSize(spec.contentSize), spec.stripHeight) {
     NSView* content =
         [[NSView alloc] initWithFrame:NSMakeRect(0, 0, spec.contentSize.width, spec.contentSize.height)];
-    view_.native().autoresizingMask = NSViewWidthSizable | NSViewHeightSizable;
     [content addSubview:view_.native()];
     [content addSubview:strip_.native()];
     window_.contentView = content;
@@ -74,15 +73,20 @@ class AppKitWebWindow final : public WebWindow {
 
 class AppKitWebWindows final : public WebWindows {
  public:
+  explicit AppKitWebWindows(MainLoop& loop) : loop_(loop) {}
+
   std::unique_ptr<WebWindow> make(const WebWindowSpec& spec, WebWindowDelegate& delegate) override {
-    return std::make_unique<AppKitWebWindow>(spec, delegate);
+    return std::make_unique<AppKitWebWindow>(loop_, spec, delegate);
   }
+
+ private:
+  MainLoop& loop_;
 };
 
 }  // namespace
 
-std::unique_ptr<WebWindows> makeWebWindows() {
-  return std::make_unique<AppKitWebWindows>();
+std::unique_ptr<WebWindows> makeWebWindows(MainLoop& loop) {
+  return std::make_unique<AppKitWebWindows>(loop);
 }
 
 }  // namespace orvalle::platform::macos

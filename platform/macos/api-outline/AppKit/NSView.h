@@ -23,7 +23,10 @@ typedef NS_OPTIONS(NSUInteger, NSAutoresizingMaskOptions) {
 @property(nullable, readonly, assign) NSWindow* window;
 @property(copy) NSArray<__kindof NSView*>* subviews;
 - (void)addSubview:(NSView*)view;
+- (void)replaceSubview:(NSView*)oldView with:(NSView*)newView;
+@property(nullable, readonly, assign) NSView* superview;
 @property NSAutoresizingMaskOptions autoresizingMask;
+@property(getter=isHidden) BOOL hidden;
 @property NSRect frame;
 @property NSRect bounds;
 @property(readonly) BOOL mouseDownCanMoveWindow;
