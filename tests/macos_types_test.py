@@ -1,5 +1,6 @@
 #!/usr/bin/python3
-"""Type-checks the macOS front end with clang, on any system, against the outline of the platform's interface.
+"""Type-checks the macOS front end, and the contract tests that play its user, with clang, on any system, against the
+outline of the platform's interface.
 
 The target is a Mac, so that availability and deprecation count; the C++ library and Boost are this system's. Before
 the front end, mistakes that must be found are shown to the compiler. It has nothing against a method that nobody
@@ -61,6 +62,20 @@ def command(root):
             "-I", str(root / "platform/macos/api-outline"), "-I", str(root)]
 
 
+def contract_sources(root):
+    """The contract tests that speak Objective-C on a Mac, as their build lists them."""
+    lists = (root / "tests/contract/CMakeLists.txt").read_text(encoding="utf-8")
+    listed = re.search(r"set_source_files_properties\(([^)]*?)PROPERTIES LANGUAGE OBJCXX\)", lists).group(1).split()
+    return [root / "tests/contract" / name for name in listed]
+
+
+def contract_command(words):
+    """Their servers stand on this system's libraries."""
+    said = subprocess.run(["pkg-config", "--cflags-only-I", "libsoup-3.0"], stdin=subprocess.DEVNULL, capture_output=True,
+                          text=True, check=True).stdout
+    return [*words, *(word for folder in said.split() for word in ("-isystem", folder.removeprefix("-I")))]
+
+
 def complaints(words, source):
     result = subprocess.run([*words, str(source)], stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False)
     return result.stderr + ("" if result.returncode == 0 or result.stderr else f"{source}: status {result.returncode}")
@@ -116,9 +131,12 @@ def main():
               for name in uncalled_methods(source.read_text(encoding="utf-8"), declared)]
     with concurrent.futures.ThreadPoolExecutor(2) as pool:
         found += [said for said in pool.map(lambda source: complaints(words, source), sources) if said]
+        tests = contract_sources(root)
+        test_words = contract_command(words)
+        found += [said for said in pool.map(lambda source: complaints(test_words, source), tests) if said]
     if found:
         sys.exit("\n".join(found))
-    print(f"{len(sources)} files use the platform as it is declared.")
+    print(f"{len(sources)} files and {len(tests)} contract tests use the platform as it is declared.")
 
 
 if __name__ == "__main__":

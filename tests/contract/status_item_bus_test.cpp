@@ -66,7 +66,7 @@ class StatusItemOnTheBus : public ::testing::Test {
     return {};
   }
 
-  LinuxStatusBarRig rig;
+  NativeStatusBarRig rig;
   TrayHost& host = rig.host;
   RecordingTarget target;
   StatusFace face;

@@ -33,7 +33,7 @@ class StatusItemContract : public ::testing::Test {
   std::unique_ptr<platform::StatusItem> item;
 };
 
-using Rigs = ::testing::Types<MemoryStatusBarRig, LinuxStatusBarRig>;
+using Rigs = ::testing::Types<MemoryStatusBarRig, NativeStatusBarRig>;
 TYPED_TEST_SUITE(StatusItemContract, Rigs);
 
 TYPED_TEST(StatusItemContract, isInTheBarAsLongAsItLives) {

@@ -1,16 +1,11 @@
 #pragma once
 
-#include <gtk/gtk.h>
-
 #include <memory>
-#include <optional>
+#include <ostream>
 #include <string>
 #include <vector>
 
-#include "platform/linux/factory.h"
 #include "platform/memory/memory_desktop.h"
-#include "tests/contract/loop.h"
-#include "tests/contract/tray_host.h"
 
 namespace orvalle::contract {
 
@@ -61,53 +56,6 @@ class MemoryStatusBarRig {
   platform::memory::MemoryStatusBar bar_{journal_};
 };
 
-class LinuxStatusBarRig {
- public:
-  LinuxStatusBarRig() {
-    gtk_init(nullptr, nullptr);
-    bar_ = platform::linuxos::makeStatusBar(application_);
-  }
-
-  platform::StatusBar& bar() { return *bar_; }
-  /// Lets everything that was begun come to its end: changes are told at the next turn of the loop, and what
-  /// was told is there when the answer to a later question is.
-  void settle() {
-    for (int round = 0; round < 2; ++round) {
-      while (g_main_context_iteration(nullptr, FALSE)) {
-      }
-      if (host.item()) host.property("Status");
-    }
-  }
-  bool becomesShown(bool expected) {
-    return runUntil([&] { return host.item().has_value() == expected; });
-  }
-  std::string title() { return host.text("Title"); }
-
-  std::vector<SeenRow> rows() {
-    std::vector<SeenRow> seen;
-    for (const auto& row : host.menu()) {
-      if (!row.visible) continue;
-      seen.push_back(row.separator ? kSeparator
-                                   : SeenRow{row.label, row.enabled, row.mark.value_or(false) ? "✓" : ""});
-    }
-    return seen;
-  }
-
-  void choose(const std::string& title) {
-    for (const auto& row : host.menu()) {
-      if (row.label == title) host.click({row.id});
-    }
-    settle();
-  }
-
-  TrayHost host;
-
- private:
-  platform::memory::Journal journal_;
-  platform::memory::MemoryApplication application_{journal_};
-  std::unique_ptr<platform::StatusBar> bar_;
-};
-
 /// Keeps what it was asked to carry out: the action, and what the item stands for.
 class RecordingTarget : public platform::ActionTarget {
  public:
@@ -136,3 +84,9 @@ class RecordingTarget : public platform::ActionTarget {
 };
 
 }  // namespace orvalle::contract
+
+#ifdef __APPLE__
+#import "tests/contract/status_item_rig_macos.h"
+#else
+#include "tests/contract/status_item_rig_linux.h"
+#endif

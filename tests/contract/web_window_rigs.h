@@ -1,19 +1,14 @@
 #pragma once
 
-#include <gtk/gtk.h>
-
 #include <algorithm>
 #include <memory>
 #include <set>
 #include <string>
 #include <vector>
 
-#include "platform/linux/factory.h"
 #include "platform/memory/memory_desktop.h"
-#include "platform/memory/memory_stores.h"
 #include "tests/contract/loop.h"
 #include "tests/contract/page_server.h"
-#include "tests/contract/window_home.h"
 
 namespace orvalle::contract {
 
@@ -109,20 +104,14 @@ class MemoryWebWindowRig {
   platform::memory::MemoryWebWindows windows_{journal_};
 };
 
-/// The native window with a real page in it.
-class NativeWebWindowRig {
+/// A real page of a server on this machine, for whatever native window shows it.
+class RealPageRig {
  public:
-  NativeWebWindowRig() {
+  RealPageRig() {
     server.pages["/"] = {"<!doctype html><p>Casa"};
     server.pages["/altra"] = {"<!doctype html><p>Altra"};
   }
 
-  std::unique_ptr<platform::WebWindow> makeHidden() { return windows_->make(windowSpec(), owner); }
-  std::unique_ptr<platform::WebWindow> make() {
-    auto made = makeHidden();
-    made->makeKeyAndOrderFront();
-    return made;
-  }
   std::string goodUrl() const { return server.url("/"); }
   std::string otherUrl() const { return server.url("/altra"); }
   /// Nobody listens there.
@@ -145,21 +134,6 @@ class NativeWebWindowRig {
     made.evaluate("window.webkit.messageHandlers.orvalle.postMessage(" + json + ")");
     letNext("message ");
   }
-  void press(int times) {
-    for (int count = 0; count < times; ++count) pressAt(static_cast<guint32>(1000 + 100 * count), 20);
-  }
-  /// The user presses the primary button over the strip, at a time in milliseconds.
-  void pressAt(guint32 time, double x) {
-    GtkWidget* strip = find(GTK_TYPE_EVENT_BOX);
-    GdkEvent* event = gdk_event_new(GDK_BUTTON_PRESS);
-    event->button.window = GDK_WINDOW(g_object_ref(gtk_widget_get_window(strip)));
-    event->button.button = GDK_BUTTON_PRIMARY;
-    event->button.time = time;
-    event->button.x_root = x;
-    event->button.y_root = 20;
-    gtk_widget_event(strip, event);
-    gdk_event_free(event);
-  }
 
   /// Waits for an event that begins like this, after the last one waited for.
   void letNext(const std::string& beginning) {
@@ -178,31 +152,17 @@ class NativeWebWindowRig {
     return runUntil(done, std::chrono::minutes(1));
   }
 
-  /// The only window of the application.
-  GtkWindow* window() { return GTK_WINDOW(gtk_application_get_windows(home_.gtk())->data); }
-  /// The first widget of this kind in the window; null pointer when there is none.
-  GtkWidget* find(GType type) { return find(GTK_WIDGET(window()), type); }
-
   WindowOwner owner;
   PageServer server;
-  OneKeyMenu menu;
-  platform::memory::MemoryDefaults defaults;
 
  private:
-  static GtkWidget* find(GtkWidget* widget, GType type) {
-    if (G_TYPE_CHECK_INSTANCE_TYPE(widget, type)) return widget;
-    if (!GTK_IS_CONTAINER(widget)) return nullptr;
-    GtkWidget* found = nullptr;
-    GList* children = gtk_container_get_children(GTK_CONTAINER(widget));
-    for (GList* child = children; child && !found; child = child->next)
-      found = find(GTK_WIDGET(child->data), type);
-    g_list_free(children);
-    return found;
-  }
-
-  WindowHome home_;
   std::size_t waitedFor_ = 0;
-  std::unique_ptr<platform::WebWindows> windows_ = platform::linuxos::makeWebWindows(home_, menu, defaults);
 };
 
 }  // namespace orvalle::contract
+
+#ifdef __APPLE__
+#import "tests/contract/web_window_rig_macos.h"
+#else
+#include "tests/contract/web_window_rig_linux.h"
+#endif

@@ -8,6 +8,7 @@ NS_ASSUME_NONNULL_BEGIN
 @class NSGraphicsContext;
 
 typedef NS_ENUM(NSUInteger, NSEventType) {
+  NSEventTypeLeftMouseDown = 1,
   NSEventTypeApplicationDefined = 15,
 };
 
@@ -15,6 +16,15 @@ typedef NSUInteger NSEventModifierFlags;
 
 @interface NSEvent : NSObject <NSCopying>
 @property(readonly) NSInteger clickCount;
++ (nullable NSEvent*)mouseEventWithType:(NSEventType)type
+                               location:(NSPoint)location
+                          modifierFlags:(NSEventModifierFlags)flags
+                              timestamp:(NSTimeInterval)time
+                           windowNumber:(NSInteger)wNum
+                                context:(nullable NSGraphicsContext*)unusedPassNil
+                            eventNumber:(NSInteger)eNum
+                             clickCount:(NSInteger)cNum
+                               pressure:(float)pressure;
 + (nullable NSEvent*)otherEventWithType:(NSEventType)type
                                location:(NSPoint)location
                           modifierFlags:(NSEventModifierFlags)flags

@@ -21,6 +21,8 @@ enum : NSControlStateValue { NSControlStateValueOff = 0, NSControlStateValueOn =
 @property(copy) NSString* keyEquivalent;
 @property NSControlStateValue state;
 @property(getter=isHidden) BOOL hidden;
+@property(getter=isEnabled) BOOL enabled;
+@property(getter=isSeparatorItem, readonly) BOOL separatorItem;
 @property(nullable, weak) id target;
 @property(nullable) SEL action;
 @end
@@ -30,8 +32,14 @@ enum : NSControlStateValue { NSControlStateValueOff = 0, NSControlStateValueOn =
 - (void)insertItem:(NSMenuItem*)newItem atIndex:(NSInteger)index;
 - (void)removeItem:(NSMenuItem*)item;
 - (NSInteger)indexOfItem:(NSMenuItem*)item;
+- (NSInteger)indexOfItemWithTitle:(NSString*)title;
+@property(copy) NSArray<NSMenuItem*>* itemArray;
+- (void)performActionForItemAtIndex:(NSInteger)index;
+- (void)cancelTrackingWithoutAnimation API_AVAILABLE(macos(10.6));
 - (void)update;
 @end
+
+extern NSNotificationName NSMenuDidBeginTrackingNotification;
 
 @protocol NSMenuItemValidation <NSObject>
 - (BOOL)validateMenuItem:(NSMenuItem*)menuItem;

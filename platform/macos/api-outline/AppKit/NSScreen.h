@@ -6,5 +6,6 @@
 
 @interface NSScreen : NSObject
 @property(class, nullable, readonly, strong) NSScreen* mainScreen;
+@property(readonly) NSRect frame;
 @property(readonly) NSRect visibleFrame;
 @end
