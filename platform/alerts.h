@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "base/point.h"
 #include "base/subscription.h"
 
 namespace orvalle::platform {
@@ -22,6 +23,9 @@ struct Alert {
   std::optional<std::size_t> closing = {};
 };
 
+/// Of the bar that moves.
+inline constexpr base::Size kProgressBarSize{260, 20};
+
 /// Questions to the user, one at a time: later ones wait their turn while everything else in the program goes
 /// on.
 class Alerts {
@@ -30,7 +34,7 @@ class Alerts {
   /// Shows the alert when its turn comes. `done` is called once, on the main loop, with the index of the
   /// button.
   virtual void show(const Alert& alert, std::function<void(std::size_t button)> done) = 0;
-  /// The same with a bar that moves, 260 by 20 points, under the texts. When the subscription goes first, the
+  /// The same with a bar that moves under the texts. When the subscription goes first, the
   /// alert goes too, on show or still waiting, and `done` is not called.
   [[nodiscard]] virtual base::Subscription showProgress(const Alert& alert,
                                                         std::function<void(std::size_t button)> done) = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -9,6 +10,9 @@
 
 namespace orvalle::platform {
 
+/// Of a body that is kept in memory, in bytes.
+inline constexpr std::size_t kLongestBody = 1024 * 1024;
+
 /// Plain requests to web servers, without the web view's cookies. Certificates are always checked. Redirects
 /// are followed, except to an unencrypted address that lies on another host or comes after an encrypted one.
 /// A request on which nothing moves for 60 seconds fails. Each `done` is called once, on the main loop and
@@ -17,7 +21,7 @@ class HttpClient {
  public:
   virtual ~HttpClient() = default;
   /// Fetches what is at `url`. `done` gets the whole body, whatever the status that came with it; absent when
-  /// no answer arrived, or one of more than a mebibyte.
+  /// no answer arrived, or one longer than `kLongestBody`.
   [[nodiscard]] virtual base::Subscription get(
       const std::string& url, std::function<void(const std::optional<std::string>& body)> done) = 0;
   /// Writes what is at `url` to `file`, which must not exist and is made for the user alone. `done` gets the

@@ -4,6 +4,9 @@
 
 namespace orvalle::platform {
 
+/// The name of our own script world.
+inline constexpr char kScriptWorld[] = "bridge";
+
 /// The scripts by which a page reaches the program, in the main frame alone: the native handler `handler`
 /// lives in a script world of its own, where frames of other sites cannot find it. Both are for the start of
 /// every document.

@@ -10,6 +10,9 @@
 
 namespace orvalle::platform {
 
+/// Added to the number of the signal that ended a process, as shells do.
+inline constexpr int kSignalled = 128;
+
 /// How a process ended.
 struct ProcessOutcome {
   /// Why it could not be started; the rest then has no meaning.

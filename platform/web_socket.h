@@ -1,10 +1,20 @@
 #pragma once
 
+#include <chrono>
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <string>
 
 namespace orvalle::platform {
+
+inline constexpr std::size_t kLongestMessage = 8 * 1024 * 1024;
+/// How long a handshake may take.
+inline constexpr std::chrono::seconds kHandshakeTime{10};
+/// How long a connection that is being closed may take to say so.
+inline constexpr std::chrono::seconds kFarewellTime{1};
+/// The code of a connection whose owner is gone.
+inline constexpr int kGoingAway = 1001;
 
 /// What a connection tells its owner, on the main loop and never from inside a call of the owner's.
 struct WebSocketEvents {
@@ -17,7 +27,7 @@ struct WebSocketEvents {
   std::function<void()> onLost;
 };
 
-/// One websocket connection, from the moment it was asked for. Destroying it cancels it with code 1001.
+/// One websocket connection, from the moment it was asked for. Destroying it cancels it with `kGoingAway`.
 class WebSocket {
  public:
   virtual ~WebSocket() = default;
@@ -31,9 +41,9 @@ class WebSocket {
 class WebSockets {
  public:
   virtual ~WebSockets() = default;
-  /// Starts a connection to a "ws" or "wss" address. Certificates are checked, messages are limited to 8 MiB
-  /// (a greater one loses the connection), and a handshake that takes more than about 10 seconds is a loss.
-  /// An address that is not usable is a loss like any other.
+  /// Starts a connection to a "ws" or "wss" address. Certificates are checked; a message longer than
+  /// `kLongestMessage` loses the connection, and a handshake that takes more than about `kHandshakeTime` is a
+  /// loss. An address that is not usable is a loss like any other.
   virtual std::unique_ptr<WebSocket> connect(const std::string& url, WebSocketEvents events) = 0;
 };
 

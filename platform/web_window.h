@@ -23,9 +23,15 @@ struct NavigationAction {
 
 enum class NavigationPolicy { Allow, Cancel };
 
+/// What a document without an address is said to be at.
+inline constexpr char kBlankAddress[] = "about:blank";
+
 /// Descriptions of failures for which systems have no text of their own.
 inline constexpr char kAddressBlockedText[] = "L'indirizzo non si può aprire.";
 inline constexpr char kPageProcessEndedText[] = "Il processo della pagina si è chiuso.";
+
+/// How long a load may go without an answer.
+inline constexpr std::chrono::seconds kLoadTimeout{60};
 
 /// How long a page's process may take to answer before it is told of.
 inline constexpr std::chrono::seconds kAnswerNotice{3};
@@ -39,7 +45,7 @@ class WebWindowDelegate {
   virtual NavigationPolicy decidePolicy(const NavigationAction& action) = 0;
   /// The main frame began to ask for `url`, redirects aside; not for `loadHtml`.
   virtual void didStart(const std::string& url) = 0;
-  /// The main frame now shows the document at `url` ("about:blank" for `loadHtml`).
+  /// The main frame now shows the document at `url` (`kBlankAddress` for `loadHtml`).
   virtual void didCommit(const std::string& url) = 0;
   /// The page that was committed last has loaded with all that belongs to it: its script has run. Not for
   /// `loadHtml`.
@@ -88,7 +94,7 @@ class WebWindow {
   virtual void center() = 0;
   /// Shows the window if it is hidden or minimised, gives it the keyboard and brings it to the front.
   virtual void makeKeyAndOrderFront() = 0;
-  /// Loads the address by the protocol's own caching rules; fails after 60 seconds without an answer.
+  /// Loads the address by the protocol's own caching rules; fails after `kLoadTimeout` without an answer.
   virtual void load(const std::string& url) = 0;
   /// Ends whatever the page is doing, even if it does not answer, and loads it again.
   virtual void startAnew() = 0;

@@ -19,16 +19,15 @@ constexpr int kNarrowest = 300;
 constexpr int kScrolledWidth = 480;
 constexpr int kTallest = 360;
 
-/// Of the bar that moves, in points, and the time between two of its steps, in milliseconds.
-constexpr int kBarWidth = 260;
-constexpr int kBarHeight = 20;
+/// The time between two steps of the bar, in milliseconds.
 constexpr guint kBarStep = 100;
 
 /// A bar that moves as long as this lives.
 class MovingBar {
  public:
   explicit MovingBar(GtkWidget* area) : bar_(GObjectPtr<GtkWidget>::share(gtk_progress_bar_new())) {
-    gtk_widget_set_size_request(bar_.get(), kBarWidth, kBarHeight);
+    gtk_widget_set_size_request(bar_.get(), static_cast<int>(kProgressBarSize.width),
+                                static_cast<int>(kProgressBarSize.height));
     gtk_widget_set_halign(bar_.get(), GTK_ALIGN_CENTER);
     gtk_widget_show(bar_.get());
     gtk_box_pack_end(GTK_BOX(area), bar_.get(), FALSE, FALSE, 0);

@@ -11,8 +11,6 @@
 namespace orvalle::platform::linuxos {
 namespace {
 
-constexpr int kSignalled = 128;
-
 class Child : public std::enable_shared_from_this<Child> {
  public:
   explicit Child(std::function<void(const ProcessOutcome&)> done) : done_(std::move(done)) {}

@@ -12,8 +12,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t kLongestBody = 1024 * 1024;
-
 /// Whether what is announced fits on the disk; true when nothing is.
 bool fits(SoupMessage* message, const fs::path& folder) {
   auto* headers = soup_message_get_response_headers(message);

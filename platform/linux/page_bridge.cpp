@@ -7,8 +7,6 @@
 namespace orvalle::platform::linuxos {
 namespace {
 
-constexpr char kWorld[] = "bridge";
-
 void addScript(WebKitUserContentManager* content, const std::string& source, const char* world) {
   constexpr auto frames = WEBKIT_USER_CONTENT_INJECT_TOP_FRAME;
   constexpr auto time = WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START;
@@ -29,8 +27,8 @@ PageBridge::PageBridge(const std::string& handler, const std::string& documentSt
       connection_(content_.get(), ("script-message-received::" + handler).c_str(),
                   G_CALLBACK(messageReceived), this) {
   webkit_user_content_manager_register_script_message_handler_in_world(content_.get(), handler.c_str(),
-                                                                       kWorld);
-  addScript(content_.get(), relayScript(handler), kWorld);
+                                                                       kScriptWorld);
+  addScript(content_.get(), relayScript(handler), kScriptWorld);
   addScript(content_.get(), pageScript(handler), nullptr);
   addScript(content_.get(), documentStartScript, nullptr);
 }

@@ -18,11 +18,6 @@
 namespace orvalle::platform::linuxos {
 namespace {
 
-constexpr int kGoingAway = 1001;
-constexpr guint kHandshakeSeconds = 10;
-constexpr guint kFarewellSeconds = 1;
-constexpr guint64 kLongestMessage = 8 * 1024 * 1024;
-
 /// How long data may stay unanswered, in milliseconds, and when a silent connection is asked whether the
 /// peer is still there, in seconds.
 constexpr int kPeerTimeout = 60'000;
@@ -129,7 +124,7 @@ void noticeDeadPeer(SoupMessage*, GSocketClientEvent event, GIOStream* stream, g
 /// not answer it is not waited for.
 void letGo(GObjectPtr<SoupWebsocketConnection> connection) {
   g_timeout_add_seconds_full(
-      G_PRIORITY_DEFAULT, kFarewellSeconds, [](gpointer) -> gboolean { return G_SOURCE_REMOVE; },
+      G_PRIORITY_DEFAULT, guint{kFarewellTime.count()}, [](gpointer) -> gboolean { return G_SOURCE_REMOVE; },
       new GObjectPtr(std::move(connection)),
       [](gpointer data) { delete static_cast<GObjectPtr<SoupWebsocketConnection>*>(data); });
 }
@@ -148,7 +143,7 @@ class SoupWebSocket final : public WebSocket {
     soup_message_add_flags(request.get(), SOUP_MESSAGE_NO_REDIRECT);
     g_signal_connect(request.get(), "network-event", G_CALLBACK(noticeDeadPeer), nullptr);
     // One limit over everything: name look-up, all the host's addresses, proxy, TLS and handshake.
-    deadline_ = g_timeout_add_seconds(kHandshakeSeconds, tooLate, this);
+    deadline_ = g_timeout_add_seconds(guint{kHandshakeTime.count()}, tooLate, this);
     session_ = GObjectPtr<SoupSession>::adopt(soup_session_new());
     auto finish = liveness_.guard([this](GAsyncResult* result) { answered(result); });
     soup_session_websocket_connect_async(session_.get(), request.get(), nullptr, nullptr, G_PRIORITY_DEFAULT,

@@ -5,8 +5,6 @@
 namespace orvalle::platform::linuxos {
 namespace {
 
-constexpr char kBlankAddress[] = "about:blank";
-constexpr guint kTimeoutSeconds = 60;
 constexpr char kTimeoutText[] = "Il server non ha risposto in tempo.";
 
 GObjectPtr<WebKitWebView> makeView(WebKitWebContext* context, WebKitUserContentManager* content) {
@@ -195,7 +193,7 @@ void WebView::responsiveChanged(WebKitWebView* widget, GParamSpec*, gpointer sel
 
 void WebView::startTimeout() {
   stopTimeout();
-  timeout_ = g_timeout_add_seconds(kTimeoutSeconds, timedOut, this);
+  timeout_ = g_timeout_add_seconds(guint{kLoadTimeout.count()}, timedOut, this);
 }
 
 void WebView::stopTimeout() {

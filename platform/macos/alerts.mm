@@ -35,9 +35,6 @@ using Answered = orvalle::platform::AlertQueue::Answered;
 namespace orvalle::platform::macos {
 namespace {
 
-constexpr CGFloat kBarWidth = 260;
-constexpr CGFloat kBarHeight = 20;
-
 /// The frontmost window that can hold the alert up as a sheet.
 NSWindow* frontWindow() {
   for (NSWindow* window in [NSApplication sharedApplication].orderedWindows) {
@@ -47,8 +44,8 @@ NSWindow* frontWindow() {
 }
 
 NSProgressIndicator* makeBar() {
-  NSProgressIndicator* bar =
-      [[NSProgressIndicator alloc] initWithFrame:NSMakeRect(0, 0, kBarWidth, kBarHeight)];
+  NSProgressIndicator* bar = [[NSProgressIndicator alloc]
+      initWithFrame:NSMakeRect(0, 0, kProgressBarSize.width, kProgressBarSize.height)];
   bar.style = NSProgressIndicatorStyleBar;
   bar.indeterminate = YES;
   [bar startAnimation:nil];

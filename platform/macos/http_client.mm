@@ -14,8 +14,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t kLongestBody = 1024 * 1024;
-
 /// Takes the file from where it was written, unless there is one already.
 bool moveFile(NSURL* from, const fs::path& to) {
   std::error_code error;

@@ -34,8 +34,6 @@ using Received = std::function<void(std::string)>;
 namespace orvalle::platform::macos {
 namespace {
 
-constexpr char kWorld[] = "bridge";
-
 void addScript(WKUserContentController* content, const std::string& source, WKContentWorld* world) {
   [content addUserScript:[[WKUserScript alloc] initWithSource:nativeText(source)
                                                 injectionTime:WKUserScriptInjectionTimeAtDocumentStart
@@ -49,7 +47,7 @@ PageBridge::PageBridge(const std::string& handler, const std::string& documentSt
                        std::function<void(std::string)> received)
     : content_([[WKUserContentController alloc] init]), handler_([[OrvalleMessageHandler alloc] init]) {
   [handler_ listen:std::move(received)];
-  WKContentWorld* world = [WKContentWorld worldWithName:nativeText(kWorld)];
+  WKContentWorld* world = [WKContentWorld worldWithName:nativeText(kScriptWorld)];
   [content_ addScriptMessageHandler:handler_ contentWorld:world name:nativeText(handler)];
   addScript(content_, relayScript(handler), world);
   addScript(content_, pageScript(handler), WKContentWorld.pageWorld);

@@ -14,11 +14,6 @@
 namespace orvalle::platform::macos {
 namespace {
 
-constexpr int kGoingAway = 1001;
-constexpr NSInteger kLongestMessage = 8 * 1024 * 1024;
-constexpr int64_t kHandshakeSeconds = 10;
-constexpr int64_t kFarewellSeconds = 1;
-
 /// What a connection hears of the session, on the main loop.
 class SessionListener {
  public:
@@ -32,8 +27,8 @@ class SessionListener {
   virtual void tooLate() = 0;
 };
 
-dispatch_time_t inSeconds(int64_t seconds) {
-  return dispatch_time(DISPATCH_TIME_NOW, seconds * static_cast<int64_t>(NSEC_PER_SEC));
+dispatch_time_t after(std::chrono::nanoseconds delay) {
+  return dispatch_time(DISPATCH_TIME_NOW, delay.count());
 }
 
 }  // namespace
@@ -117,7 +112,7 @@ class SessionWebSocket final : public WebSocket, public SessionListener {
       task_.maximumMessageSize = kLongestMessage;
       [task_ resume];
     }
-    dispatch_after(inSeconds(address ? kHandshakeSeconds : 0), dispatch_get_main_queue(), ^{
+    dispatch_after(after(address ? kHandshakeTime : std::chrono::seconds(0)), dispatch_get_main_queue(), ^{
       if (delegate.listener) delegate.listener->tooLate();
     });
   }
@@ -141,7 +136,7 @@ class SessionWebSocket final : public WebSocket, public SessionListener {
     [task_ cancelWithCloseCode:static_cast<NSURLSessionWebSocketCloseCode>(code) reason:nil];
     // A peer that does not answer the close is not waited for.
     NSURLSession* session = session_;
-    dispatch_after(inSeconds(kFarewellSeconds), dispatch_get_main_queue(), ^{
+    dispatch_after(after(kFarewellTime), dispatch_get_main_queue(), ^{
       [session invalidateAndCancel];
     });
   }
@@ -164,7 +159,7 @@ class SessionWebSocket final : public WebSocket, public SessionListener {
     if (!open_) return failed();
     // What is being received will come to its end by itself.
     OrvalleSocketDelegate* delegate = delegate_;
-    dispatch_after(inSeconds(kFarewellSeconds), dispatch_get_main_queue(), ^{
+    dispatch_after(after(kFarewellTime), dispatch_get_main_queue(), ^{
       if (delegate.listener) delegate.listener->failed();
     });
   }

@@ -61,9 +61,6 @@ using orvalle::platform::macos::WebView;
 namespace orvalle::platform::macos {
 namespace {
 
-constexpr char kBlankAddress[] = "about:blank";
-constexpr NSTimeInterval kTimeoutSeconds = 60;
-
 WKWebViewConfiguration* makeConfiguration(WKUserContentController* content) {
   WKWebViewConfiguration* configuration = [[WKWebViewConfiguration alloc] init];
   configuration.userContentController = content;
@@ -125,7 +122,7 @@ void WebView::load(const std::string& url) {
   }
   own_ = [view_ loadRequest:[NSURLRequest requestWithURL:address
                                              cachePolicy:NSURLRequestUseProtocolCachePolicy
-                                         timeoutInterval:kTimeoutSeconds]];
+                                         timeoutInterval:kLoadTimeout.count()]];
 }
 
 void WebView::loadHtml(const std::string& html) {
