@@ -95,6 +95,8 @@ class AppKitPairView final : public PairView {
   void setMessage(const std::string& text, MessageColour colour) override {
     message_.stringValue = nativeText(text);
     message_.textColor = nativeColour(colour);
+    // Who cannot see it is told, without having to look for it.
+    if (!text.empty()) announce(message_.stringValue);
   }
 
   void present() override {
@@ -118,6 +120,14 @@ class AppKitPairView final : public PairView {
       [window_.contentView addSubview:field];
       fields_.push_back(field);
     }
+  }
+
+  void announce(NSString* text) {
+    NSAccessibilityPostNotificationWithUserInfo(
+        window_, NSAccessibilityAnnouncementRequestedNotification, @{
+          NSAccessibilityAnnouncementKey : text,
+          NSAccessibilityPriorityKey : @(NSAccessibilityPriorityHigh)
+        });
   }
 
   void addButtons(const PairViewSpec& spec) {

@@ -12,6 +12,7 @@ NS_ASSUME_NONNULL_BEGIN
 @interface NSNumber : NSValue
 + (NSNumber*)numberWithBool:(BOOL)value;
 + (NSNumber*)numberWithInt:(int)value;
++ (NSNumber*)numberWithInteger:(NSInteger)value API_AVAILABLE(macos(10.5));
 + (NSNumber*)numberWithLong:(long)value;
 + (NSNumber*)numberWithLongLong:(long long)value;
 + (NSNumber*)numberWithUnsignedLong:(unsigned long)value;
