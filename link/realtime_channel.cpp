@@ -15,7 +15,6 @@ using boost::json::object;
 
 constexpr auto kHeartbeatInterval = 25s;
 constexpr auto kLongestRetry = 30s;
-constexpr int kGoingAway = 1001;
 
 }  // namespace
 
@@ -37,7 +36,7 @@ void RealtimeChannel::connect() {
 void RealtimeChannel::disconnect() {
   heartbeat_.reset();
   joined_ = false;
-  if (task_) task_->cancel(kGoingAway);
+  if (task_) task_->cancel(platform::kGoingAway);
   task_.reset();
 }
 
