@@ -2,6 +2,8 @@
 
 import json
 import os
+import subprocess
+import time
 
 import pytest
 
@@ -9,6 +11,7 @@ from harness import processes
 from harness.desktop import BUS_CONFIG, Desktop
 from harness.page import session
 from harness.processes import stays, wait_for
+from harness.program import build_folder
 
 WIDTH, HEIGHT = 190, 38
 
@@ -71,6 +74,39 @@ class SwayDesktop(Desktop):
             light(left - 4, middle) > 160 and light(left + WIDTH + 4, middle) > 160
 
 
+class Mouse:
+    """Plugged in while it is used as a context manager."""
+
+    def __init__(self, desktop):
+        self._screen = desktop.screen()
+        self._process = subprocess.Popen([build_folder() / "tests/desktop/wayland-pointer"], env=desktop.environment,
+                                         stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self._process.communicate(timeout=20)
+
+    def _do(self, *words):
+        self._process.stdin.write(" ".join(map(str, words)) + "\n")
+        self._process.stdin.flush()
+        assert self._process.stdout.readline() == "done\n", "the compositor takes no mouse"
+
+    def move(self, x, y):
+        self._do("move", x, y, *self._screen)
+
+    def drag(self, start, end, steps=10):
+        """Presses at the one place, goes to the other in so many steps, and lets go."""
+        self.move(*start)
+        time.sleep(0.3)
+        self._do("press")
+        for step in range(1, steps + 1):
+            self.move(*(round(a + (b - a) * step / steps) for a, b in zip(start, end)))
+            time.sleep(0.05)
+        self._do("release")
+
+
 @pytest.fixture(scope="module")
 def desktop():
     if "SWAYSOCK" not in os.environ:
@@ -106,6 +142,28 @@ def test_overlay_stands_where_the_user_left_it(desktop, home, start, page):
     wait_for("the window", lambda: desktop.window(program.pid))
     page.push(session())
     wait_for("the overlay", lambda: desktop.is_dark(100, height - 300 - HEIGHT))
+
+
+def test_overlay_is_dragged_by_any_point_and_remembered(desktop, home, start, page):
+    width, height = desktop.screen()
+    program = start()
+    page.wait_loaded()
+    wait_for("the window", lambda: desktop.window(program.pid))
+    page.push(session())
+    left, top = width - 210, 20
+    wait_for("the overlay", lambda: desktop.is_dark(left, top))
+    with Mouse(desktop) as mouse:
+        for point in ((WIDTH // 2, HEIGHT // 2), (8, HEIGHT - 8)):
+            mouse.drag((left + point[0], top + point[1]), (left + point[0] - 230, top + point[1] + 170))
+            left, top = left - 230, top + 170
+            wait_for("the overlay where it was dragged", lambda: desktop.is_dark(left, top))
+            wait_for("its place stored", lambda: home.defaults().get("overlayOrigin") == f"{{{left}, {height - top - HEIGHT}}}")
+    assert desktop.window(program.pid)["focused"], "the overlay takes no focus"
+    program.stop()
+    start()
+    page.wait_loaded(2)
+    page.push(session())
+    wait_for("the overlay again", lambda: desktop.is_dark(left, top))
 
 
 def test_second_start_hands_over_and_ends(desktop, start, orvalle, page):
