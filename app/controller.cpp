@@ -21,8 +21,8 @@ constexpr char kOverlayOnKey[] = "overlayOn";
 constexpr char kAddressKey[] = "appUrl";
 constexpr auto kTrustedAge = 60s;
 
-std::shared_ptr<MenuItem> makeItem(const char* title, const char* action, const char* key = "") {
-  return std::make_shared<MenuItem>(title, action, key);
+std::shared_ptr<MenuItem> makeItem(std::string title, const char* action, const char* key = "") {
+  return std::make_shared<MenuItem>(std::move(title), action, key);
 }
 
 /// Time between two moments, however far apart: the distant past lies further back than a duration can tell.
@@ -52,7 +52,7 @@ Controller::Controller(const platform::Platform& platform, const link::WebAddres
       statusItem_(makeItem("", "")),
       tasksHeader_(makeItem("Task della roadmap", "")),
       menu_(std::make_shared<Menu>()),
-      overlayItem_(makeItem("Tienila sopra le altre app", "toggleOverlay")),
+      overlayItem_(makeItem(overlayTitle(platform.panels.canFloat()), "toggleOverlay")),
       overlayOn_(platform.defaults.boolean(kOverlayOnKey).value_or(true)) {}
 
 Controller::~Controller() {
@@ -71,7 +71,7 @@ double Controller::rimanenteVivo() const {
 }
 
 void Controller::applicationDidFinishLaunching() {
-  const auto menus = buildMainMenus(*this);
+  const auto menus = buildMainMenus(*this, platform_.panels.canFloat());
   platform_.mainMenu.show(menus.bar, menus.windows, menus.help);
   for (const auto& avvia :
        {neighbours_.avviaNotifiche, neighbours_.avviaAggiornamenti, neighbours_.avviaAttivita}) {
@@ -93,7 +93,7 @@ void Controller::buildStatusMenu() {
        {statusItem_, openItem_, pairItem_, stopItem_, plusItem_, minusItem_, overlayItem_}) {
     item->setTarget(this);
   }
-  overlayItem_->setChecked(overlayOn_);
+  overlayItem_->setChecked(overlayOn_ && platform_.panels.canFloat());
 
   menu_->replace(0, 0,
                  {statusItem_, MenuItem::separator(), openItem_, overlayItem_, pairItem_,
@@ -219,7 +219,8 @@ void Controller::render() {
   for (const auto& item : {stopItem_, plusItem_, minusItem_}) item->setEnabled(isLive);
   renderTasks(isLive);
   overlay_.update(display.overlayText, display.over);
-  overlay_.show(overlayOn_ && isLive);
+  overlay_.show(overlayOn_ && isLive && platform_.panels.canFloat());
+  finestra_.intitola(item_->isShown() ? "Orvalle" : display.windowTitle);
 }
 
 void Controller::renderTasks(bool live) {

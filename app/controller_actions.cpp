@@ -51,6 +51,7 @@ bool Controller::responds(std::string_view name) const {
   const auto* action = findAction(name);
   if (!action) return false;
   if (action->perform == &Controller::showPair) return pair_ != nullptr;
+  if (action->perform == &Controller::toggleOverlay) return platform_.panels.canFloat();
   if (action->perform == &Controller::cercaAggiornamenti)
     return neighbours_.controllaAggiornamenti != nullptr;
   return true;

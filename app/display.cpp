@@ -53,6 +53,7 @@ Display describe(const DisplayState& state) {
   display.face.alpha = state.live ? 1.0 : kIdleAlpha;
   display.statusLine = statusLineOf(state, rim, label);
   display.overlayText = time + "  •  " + label;
+  display.windowTitle = state.live ? time + " • " + label + " – Orvalle" : "Orvalle";
   return display;
 }
 

@@ -22,6 +22,8 @@ struct Display {
   platform::StatusFace face;
   std::string statusLine;
   std::string overlayText;
+  /// The main window's title where there is no status bar to read.
+  std::string windowTitle;
   /// The session is past its planned end.
   bool over = false;
 };

@@ -12,12 +12,12 @@ using platform::MenuItem;
 
 /// A row as the tables below write it; one without a title is a separator.
 struct Row {
-  const char* title = "";
+  std::string title;
   std::string_view action;
   const char* key = "";
 };
 
-constexpr Row kSeparator{};
+const Row kSeparator{};
 
 std::shared_ptr<Menu> addMenu(Menu& bar, const char* title, platform::ActionTarget* target,
                               std::initializer_list<Row> rows) {
@@ -37,7 +37,12 @@ std::shared_ptr<Menu> addMenu(Menu& bar, const char* title, platform::ActionTarg
 
 }  // namespace
 
-MainMenus buildMainMenus(platform::ActionTarget& controller) {
+std::string overlayTitle(bool canFloat) {
+  const std::string title = "Tienila sopra le altre app";
+  return canFloat ? title : title + " (qui non è possibile)";
+}
+
+MainMenus buildMainMenus(platform::ActionTarget& controller, bool canFloat) {
   MainMenus menus;
   menus.bar = std::make_shared<Menu>();
   auto& bar = *menus.bar;
@@ -57,7 +62,7 @@ MainMenus buildMainMenus(platform::ActionTarget& controller) {
            {"Allunga di 5 minuti", "plus5", "]"},
            {"Accorcia di 5 minuti", "minus5", "["},
            kSeparator,
-           {"Tienila sopra le altre app", "toggleOverlay", "t"}});
+           {overlayTitle(canFloat), "toggleOverlay", "t"}});
   addMenu(bar, "Vai", &controller,
           {{"Focus", "vaiFocus", "1"},
            {"Sprint", "vaiSprint", "2"},

@@ -41,6 +41,9 @@ class Panel {
 class Panels {
  public:
   virtual ~Panels() = default;
+  /// Whether a panel stays above the windows of other programs here. The answer is the same for the life of
+  /// the process.
+  virtual bool canFloat() const = 0;
   virtual std::unique_ptr<Panel> make(const PanelSpec& spec) = 0;
 };
 

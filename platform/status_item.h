@@ -28,6 +28,8 @@ class StatusItem {
   virtual ~StatusItem() = default;
   /// Whether the item has a face to draw on.
   virtual bool hasButton() const = 0;
+  /// Whether some status bar shows the item at this moment.
+  virtual bool isShown() const = 0;
   /// Shows the face. Touches the system only where it differs from the last one.
   virtual void setFace(const StatusFace& face) = 0;
   /// Attaches the menu that opens on a click, and mirrors every later change of the model. Its first row, a

@@ -90,6 +90,9 @@ class WebWindow {
   /// Saves the window's frame in the user's settings under "NSWindow Frame " + `name` whenever it changes,
   /// and restores it now if one is stored there.
   virtual void setFrameAutosaveName(const std::string& name) = 0;
+  /// The title by which window lists know the window. Touches the system only where it differs from the last
+  /// one.
+  virtual void setTitle(const std::string& title) = 0;
   /// Puts the window into the middle of the usable screen.
   virtual void center() = 0;
   /// Shows the window if it is hidden or minimised, gives it the keyboard and brings it to the front.

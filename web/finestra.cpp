@@ -40,6 +40,10 @@ void Finestra::vai(const base::Url& url) {
   bringToFront();
 }
 
+void Finestra::intitola(const std::string& title) {
+  if (window_) window_->setTitle(title);
+}
+
 void Finestra::sveglia() {
   if (window_ && window_->hasPage()) window_->evaluate(kFocusExpression);
 }

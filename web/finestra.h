@@ -42,6 +42,8 @@ class Finestra : private platform::WebWindowDelegate {
   void mostra();
   /// Loads `url` in the window and brings it to the front.
   void vai(const base::Url& url);
+  /// Gives the window this title; nothing before the window is built.
+  void intitola(const std::string& title);
   /// Tells a loaded page that it has regained the focus; nothing without one. Never reloads.
   void sveglia();
   /// Gives the page a command with an optional argument. False, with nothing done, when there is no page to

@@ -27,6 +27,7 @@ constexpr char kDescription[] = R"xml(<node>
     <property name="WindowId" type="i" access="read"/>
     <property name="IconName" type="s" access="read"/>
     <property name="IconPixmap" type="a(iiay)" access="read"/>
+    <property name="IconThemePath" type="s" access="read"/>
     <property name="OverlayIconName" type="s" access="read"/>
     <property name="OverlayIconPixmap" type="a(iiay)" access="read"/>
     <property name="AttentionIconName" type="s" access="read"/>
@@ -51,13 +52,6 @@ constexpr char kDescription[] = R"xml(<node>
   </interface>
 </node>)xml";
 
-/// Everything that can be asked of the item is in its menu, which hosts open by themselves: what a host calls
-/// beside that is answered, and that is all.
-void answer(GDBusConnection*, const char*, const char*, const char*, const char*, GVariant*,
-            GDBusMethodInvocation* invocation, gpointer) {
-  g_dbus_method_invocation_return_value(invocation, nullptr);
-}
-
 /// A text as wide as the label and as wide as it will be at the next tick: hosts that show labels keep this
 /// much room, so that their neighbours stand still while the digits change.
 std::string guide(std::string label) {
@@ -68,11 +62,12 @@ std::string guide(std::string label) {
 
 }  // namespace
 
-NotifierItem::NotifierItem(GDBusConnection* bus, int number, NotifierFace face)
+NotifierItem::NotifierItem(GDBusConnection* bus, int number, NotifierFace face, std::function<void()> clicked)
     : bus_(GObjectPtr<GDBusConnection>::share(bus)),
       cancellable_(GObjectPtr<GCancellable>::adopt(g_cancellable_new())),
       name_(std::string(kInterface) + "-" + std::to_string(getpid()) + "-" + std::to_string(number)),
-      face_(std::move(face)) {
+      face_(std::move(face)),
+      clicked_(std::move(clicked)) {
   static constexpr GDBusInterfaceVTable kTable{answer, property, nullptr, {}};
   GDBusNodeInfo* node = g_dbus_node_info_new_for_xml(kDescription, nullptr);
   object_ =
@@ -119,9 +114,14 @@ void NotifierItem::watch(std::string announcedName) {
   watch_ = g_bus_watch_name_on_connection(
       bus_.get(), kWatcher, G_BUS_NAME_WATCHER_FLAGS_NONE,
       [](GDBusConnection*, const char*, const char*, gpointer data) {
-        static_cast<NotifierItem*>(data)->announce();
+        auto& self = *static_cast<NotifierItem*>(data);
+        self.watched_ = true;
+        self.announce();
       },
-      nullptr, this, nullptr);
+      [](GDBusConnection*, const char*, gpointer data) {
+        static_cast<NotifierItem*>(data)->watched_ = false;
+      },
+      this, nullptr);
 }
 
 void NotifierItem::announce() {
@@ -142,6 +142,15 @@ void NotifierItem::show(NotifierFace face) {
 
 void NotifierItem::emit(const char* signal, GVariant* parameters) {
   g_dbus_connection_emit_signal(bus_.get(), nullptr, kPath, kInterface, signal, parameters, nullptr);
+}
+
+/// Everything that can be asked of the item is in its menu, which most hosts open by themselves. The panels
+/// of LXQt and MATE do so for the other button only, and tell of a click. What hosts call beside that is
+/// answered, and that is all.
+void NotifierItem::answer(GDBusConnection*, const char*, const char*, const char*, const char* method,
+                          GVariant*, GDBusMethodInvocation* invocation, gpointer self) {
+  g_dbus_method_invocation_return_value(invocation, nullptr);
+  if (std::string_view(method) == "Activate") static_cast<NotifierItem*>(self)->clicked_();
 }
 
 GVariant* NotifierItem::property(GDBusConnection*, const char*, const char*, const char*, const char* name,

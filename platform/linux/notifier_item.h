@@ -23,16 +23,21 @@ struct NotifierFace {
 /// hosts look for it at a fixed path.
 class NotifierItem {
  public:
-  /// `number` makes the name different from those of earlier items of the process.
-  NotifierItem(GDBusConnection* bus, int number, NotifierFace face);
+  /// `number` makes the name different from those of earlier items of the process. `clicked` is called when a
+  /// host leaves a click to the item.
+  NotifierItem(GDBusConnection* bus, int number, NotifierFace face, std::function<void()> clicked);
   NotifierItem(const NotifierItem&) = delete;
   NotifierItem& operator=(const NotifierItem&) = delete;
   ~NotifierItem();
 
+  /// Whether a watcher of status items is there.
+  bool watched() const { return watched_; }
   /// Shows the face; signals only what differs from the last one.
   void show(NotifierFace face);
 
  private:
+  static void answer(GDBusConnection*, const char*, const char*, const char*, const char* method, GVariant*,
+                     GDBusMethodInvocation* invocation, gpointer self);
   static GVariant* property(GDBusConnection*, const char*, const char*, const char*, const char* name,
                             GError**, gpointer self);
   GlibPtr<GVariant> value(std::string_view name) const;
@@ -46,6 +51,8 @@ class NotifierItem {
   std::string name_;
   std::string announcedName_;
   NotifierFace face_;
+  std::function<void()> clicked_;
+  bool watched_ = false;
   guint object_ = 0;
   guint watch_ = 0;
 };

@@ -210,6 +210,7 @@ class GtkPanel final : public Panel {
 
 class GtkPanels final : public Panels {
  public:
+  bool canFloat() const override { return hasPanelPlaces(); }
   std::unique_ptr<Panel> make(const PanelSpec& spec) override { return std::make_unique<GtkPanel>(spec); }
 };
 

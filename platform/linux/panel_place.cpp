@@ -257,13 +257,16 @@ class UnknownPlace final : public DraggedPlace {
 
 }  // namespace
 
+bool hasPanelPlaces() {
+  auto* display = gdk_display_get_default();
+  return GDK_IS_X11_DISPLAY(display) || (GDK_IS_WAYLAND_DISPLAY(display) && gtk_layer_is_supported());
+}
+
 std::unique_ptr<PanelPlace> makePanelPlace(GtkWindow* window, base::Size size) {
-  auto* display = gtk_widget_get_display(GTK_WIDGET(window));
-  if (GDK_IS_X11_DISPLAY(display)) return std::make_unique<X11Place>(window, size);
-  if (GDK_IS_WAYLAND_DISPLAY(display) && gtk_layer_is_supported()) {
-    return std::make_unique<LayerPlace>(window, size);
-  }
-  return std::make_unique<UnknownPlace>(window, size);
+  if (!hasPanelPlaces()) return std::make_unique<UnknownPlace>(window, size);
+  if (GDK_IS_X11_DISPLAY(gtk_widget_get_display(GTK_WIDGET(window))))
+    return std::make_unique<X11Place>(window, size);
+  return std::make_unique<LayerPlace>(window, size);
 }
 
 }  // namespace orvalle::platform::linuxos

@@ -25,6 +25,9 @@ class PanelPlace {
   std::function<void()> onDidMove;
 };
 
+/// Whether the display has places above the windows of other programs.
+bool hasPanelPlaces();
+
 /// Prepares `window`, which is not realized yet, for its life as a panel of this size, and keeps it where it
 /// should be: exactly on X11 and where a compositor has the layer-shell protocol. Other Wayland compositors
 /// let no program place its windows: there the place is only remembered. `window` outlives the place.

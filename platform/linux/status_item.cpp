@@ -1,10 +1,13 @@
 #include "platform/status_item.h"
 
+#include <gdk/gdkx.h>
+
 #include <optional>
 #include <utility>
 
 #include "platform/linux/factory.h"
 #include "platform/linux/look_later.h"
+#include "platform/linux/menu_popup.h"
 #include "platform/linux/notifier_item.h"
 #include "platform/linux/panel_ink.h"
 #include "platform/linux/status_icon.h"
@@ -40,6 +43,8 @@ class NotifierStatusItem final : public StatusItem {
 
   bool hasButton() const override { return true; }
 
+  bool isShown() const override { return notifier_ && notifier_->watched(); }
+
   void setFace(const StatusFace& face) override {
     if (face_ == face) return;
     face_ = face;
@@ -48,6 +53,7 @@ class NotifierStatusItem final : public StatusItem {
 
   void setMenu(std::shared_ptr<Menu> menu) override {
     menuChanges_ = menu->onChange([this] { later_.ask(); });
+    popup_.reset();
     menu_.reset();
     menu_ = std::make_unique<StatusMenu>(std::move(menu), chain_, [this] { later_.ask(); });
     if (notifier_) menu_->publish(kStatusMenuPath);
@@ -58,8 +64,33 @@ class NotifierStatusItem final : public StatusItem {
   void connect(GDBusConnection* bus) {
     ink_.follow(bus);
     if (menu_) menu_->publish(kStatusMenuPath);
-    notifier_.emplace(bus, number_, notifierFace());
+    notifier_.emplace(bus, number_, notifierFace(), [this] { popUp(); });
   }
+
+  /// Opens the menu where the pointer is. Only X11 lets a program choose the place of a menu that is none of
+  /// its windows'.
+  void popUp() {
+    GdkDisplay* display = gdk_display_get_default();
+    if (!menu_ || !GDK_IS_X11_DISPLAY(display)) return;
+    const auto opener = std::make_shared<Menu>();
+    opener->add(MenuItem::opening("", menu_->model()));
+    popup_.emplace(makeMenuPopup(opener, chain_));
+    popup_->done.emplace(popup_->menu.get(), "selection-done", G_CALLBACK(&NotifierStatusItem::onDone), this);
+    GdkDevice* pointer = gdk_seat_get_pointer(gdk_display_get_default_seat(display));
+    GdkScreen* screen = nullptr;
+    GdkRectangle place{0, 0, 1, 1};
+    gdk_device_get_position(pointer, &screen, &place.x, &place.y);
+    GdkWindow* root = gdk_screen_get_root_window(screen);
+    // The click was the host's: GTK, which wants to know what opens a menu, gets one like it.
+    GdkEvent* click = gdk_event_new(GDK_BUTTON_RELEASE);
+    click->button.window = GDK_WINDOW(g_object_ref(root));
+    gdk_event_set_device(click, pointer);
+    gtk_menu_popup_at_rect(GTK_MENU(popup_->menu.get()), root, &place, GDK_GRAVITY_SOUTH_WEST,
+                           GDK_GRAVITY_NORTH_WEST, click);
+    gdk_event_free(click);
+  }
+
+  static void onDone(GtkMenuShell*, gpointer data) { static_cast<NotifierStatusItem*>(data)->popup_.reset(); }
 
   void look() {
     if (menu_) menu_->look();
@@ -72,8 +103,8 @@ class NotifierStatusItem final : public StatusItem {
   }
 
   std::string toolTip() const {
-    if (!menu_ || menu_->model().items().empty()) return {};
-    return shownText(menu_->model().items().front()->title());
+    if (!menu_ || menu_->model()->items().empty()) return {};
+    return shownText(menu_->model()->items().front()->title());
   }
 
   /// The picture as it was last time, unless it is another one.
@@ -88,6 +119,17 @@ class NotifierStatusItem final : public StatusItem {
     return pixmaps_;
   }
 
+  /// The menu as our own window, while it is open.
+  struct Popup {
+    explicit Popup(GtkWidget* widget) : menu(GObjectPtr<GtkWidget>::share(widget)) {}
+    Popup(const Popup&) = delete;
+    Popup& operator=(const Popup&) = delete;
+    ~Popup() { gtk_widget_destroy(menu.get()); }
+
+    const GObjectPtr<GtkWidget> menu;
+    std::optional<SignalConnection> done;
+  };
+
   ActionTarget& chain_;
   const int number_;
   LookLater later_;
@@ -100,6 +142,7 @@ class NotifierStatusItem final : public StatusItem {
   std::shared_ptr<GVariant> pixmaps_;
   std::unique_ptr<StatusMenu> menu_;
   base::Subscription menuChanges_;
+  std::optional<Popup> popup_;
   std::optional<NotifierItem> notifier_;
 };
 

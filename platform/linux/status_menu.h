@@ -22,7 +22,7 @@ class StatusMenu {
   StatusMenu& operator=(const StatusMenu&) = delete;
   ~StatusMenu();
 
-  const Menu& model() const { return *menu_; }
+  const std::shared_ptr<Menu>& model() const { return menu_; }
   /// Compares the model with what was told.
   void look();
   /// Puts the menu on the session bus, at `path`. There must be a session bus.

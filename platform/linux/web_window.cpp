@@ -9,6 +9,7 @@
 #include "platform/linux/web_view.h"
 #include "platform/linux/window_frame.h"
 #include "platform/linux/window_strip.h"
+#include "platform/shown_text.h"
 
 namespace orvalle::platform::linuxos {
 namespace {
@@ -61,6 +62,10 @@ class GtkWebWindow final : public WebWindow {
   }
 
   void setFrameAutosaveName(const std::string& name) override { frame_.setAutosaveName(name); }
+  void setTitle(const std::string& title) override {
+    const auto shown = shownText(title);
+    if (shown != gtk_window_get_title(window_.get())) gtk_window_set_title(window_.get(), shown.c_str());
+  }
   void center() override { frame_.center(); }
   void makeKeyAndOrderFront() override { frame_.open(); }
   void load(const std::string& url) override { view_.load(url); }

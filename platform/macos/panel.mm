@@ -135,6 +135,7 @@ class AppKitPanel final : public Panel {
 
 class AppKitPanels final : public Panels {
  public:
+  bool canFloat() const override { return true; }
   std::unique_ptr<Panel> make(const PanelSpec& spec) override { return std::make_unique<AppKitPanel>(spec); }
 };
 

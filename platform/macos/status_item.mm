@@ -27,6 +27,9 @@ class AppKitStatusItem final : public StatusItem {
 
   bool hasButton() const override { return item_.button != nil; }
 
+  // Where the bar has no room for it, the system does not say so.
+  bool isShown() const override { return true; }
+
   void setFace(const StatusFace& face) override {
     if (face_ == face) return;
     NSStatusBarButton* button = item_.button;

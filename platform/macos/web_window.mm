@@ -6,6 +6,7 @@
 #import "platform/macos/text.h"
 #import "platform/macos/web_view.h"
 #import "platform/macos/window_strip.h"
+#include "platform/shown_text.h"
 
 namespace orvalle::platform::macos {
 namespace {
@@ -49,6 +50,11 @@ class AppKitWebWindow final : public WebWindow {
 
   void setFrameAutosaveName(const std::string& name) override {
     [window_ setFrameAutosaveName:nativeText(name)];
+  }
+
+  void setTitle(const std::string& title) override {
+    NSString* text = nativeText(shownText(title));
+    if (![window_.title isEqualToString:text]) window_.title = text;
   }
 
   void center() override { [window_ center]; }

@@ -40,6 +40,7 @@ class MemoryStatusItem : public StatusItem {
   explicit MemoryStatusItem(StatusBarState& state) : state_(state) { state_.itemShown = true; }
   ~MemoryStatusItem() override { state_.itemShown = false; }
   bool hasButton() const override { return state_.hasButton; }
+  bool isShown() const override { return state_.present; }
   void setFace(const StatusFace& face) override {
     if (state_.face == face) return;
     state_.face = face;
@@ -98,6 +99,7 @@ class MemoryWebWindow : public WebWindow, private TitleStrip {
   ~MemoryWebWindow() override { forget(made_, state_); }
 
   void setFrameAutosaveName(const std::string& name) override { state_.autosaveName = name; }
+  void setTitle(const std::string& title) override { state_.title = title; }
   void center() override { state_.centred = true; }
   void makeKeyAndOrderFront() override {
     journal_.push_back("web window in front");

@@ -78,6 +78,8 @@ class MemoryMainMenu : public MainMenu {
 struct StatusBarState {
   bool itemShown = false;
   bool hasButton = true;
+  /// Whether there is a bar that shows the item.
+  bool present = true;
   StatusFace face;
   /// How often a face was set that differed from the one before.
   int faceChanges = 0;
@@ -108,7 +110,9 @@ struct PanelState {
 class MemoryPanels : public Panels {
  public:
   explicit MemoryPanels(Journal& journal) : journal_(journal) {}
+  bool canFloat() const override { return floating; }
   std::unique_ptr<Panel> make(const PanelSpec& spec) override;
+  bool floating = true;
   /// The panels made so far; null pointers once destroyed.
   std::vector<PanelState*> made;
 
@@ -121,6 +125,7 @@ struct WebWindowState {
   WebWindowSpec spec;
   WebWindowDelegate* delegate = nullptr;
   std::string autosaveName;
+  std::string title;
   bool centred = false;
   bool visible = false;
   int timesOrderedFront = 0;

@@ -36,6 +36,10 @@ TYPED_TEST(PanelContract, isMadeHiddenAtTheOrigin) {
   EXPECT_EQ(this->panel->frameOrigin(), (Point{0, 0}));
 }
 
+TYPED_TEST(PanelContract, floatsOnTheDesktopsOfTheseTests) {
+  EXPECT_TRUE(this->rig.panels().canFloat());
+}
+
 TYPED_TEST(PanelContract, comesAndGoes) {
   this->panel->setFrameOrigin({100, 100});
   this->moves.clear();

@@ -1,10 +1,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <gtk/gtk.h>
 
 #include <algorithm>
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "tests/contract/status_item_rigs.h"
 
@@ -59,6 +61,12 @@ class StatusItemOnTheBus : public ::testing::Test {
     return host.takeSignals();
   }
 
+  /// Calls the item as a host does; whether it answered.
+  bool call(const char* method, GVariant* parameters) {
+    return host.call(host.item().value().c_str(), "/StatusNotifierItem", "org.kde.StatusNotifierItem", method,
+                     parameters) != nullptr;
+  }
+
   std::optional<TrayHost::Row> row(const std::string& label) {
     for (const auto& candidate : host.menu()) {
       if (candidate.label == label) return candidate;
@@ -103,6 +111,14 @@ TEST_F(StatusItemOnTheBus, announcesItselfOnceToEachWatcher) {
   host.startWatching();
   EXPECT_TRUE(announcements(2));
   host.stopWatching();
+}
+
+TEST_F(StatusItemOnTheBus, isShownWhileSomebodyWatches) {
+  EXPECT_FALSE(item->isShown());
+  host.startWatching();
+  EXPECT_TRUE(runUntil([&] { return item->isShown(); }));
+  host.stopWatching();
+  EXPECT_TRUE(runUntil([&] { return !item->isShown(); }));
 }
 
 TEST_F(StatusItemOnTheBus, announcesItselfToAWatcherThatIsThereAlready) {
@@ -286,12 +302,45 @@ TEST_F(StatusItemOnTheBus, mirrorsSubmenus) {
   EXPECT_THAT(target.senders, ElementsAre(inner.get()));
 }
 
+/// The menus of our own that are open.
+std::vector<GtkMenuShell*> openMenus() {
+  std::vector<GtkMenuShell*> found;
+  GList* windows = gtk_window_list_toplevels();
+  for (GList* each = windows; each; each = each->next) {
+    GtkWidget* child = gtk_bin_get_child(GTK_BIN(each->data));
+    if (child && GTK_IS_MENU(child) && gtk_widget_get_mapped(child)) found.push_back(GTK_MENU_SHELL(child));
+  }
+  g_list_free(windows);
+  return found;
+}
+
+TEST_F(StatusItemOnTheBus, opensItsMenuForAHostThatOnlyTellsOfTheClick) {
+  const auto chosen = target.item("chosen");
+  render({chosen});
+  ASSERT_TRUE(call("Activate", g_variant_new("(ii)", 5, 5)));
+  ASSERT_TRUE(runUntil([] { return !openMenus().empty(); }));
+  ASSERT_THAT(openMenus(), SizeIs(1));
+
+  GtkMenuShell* shell = openMenus().front();
+  std::vector<std::string> titles;
+  GList* rows = gtk_container_get_children(GTK_CONTAINER(shell));
+  for (GList* each = rows; each; each = each->next) {
+    titles.emplace_back(gtk_menu_item_get_label(GTK_MENU_ITEM(each->data)));
+  }
+  EXPECT_THAT(titles, ElementsAre("Focus · 24′ al traguardo", "Task", "chosen", "last"));
+  gtk_menu_shell_activate_item(shell, GTK_WIDGET(g_list_nth_data(rows, 2)), TRUE);
+  g_list_free(rows);
+  rig.settle();
+  EXPECT_THAT(target.senders, ElementsAre(chosen.get()));
+  EXPECT_THAT(openMenus(), IsEmpty());
+
+  ASSERT_TRUE(call("Activate", g_variant_new("(ii)", 5, 5)));
+  EXPECT_TRUE(runUntil([] { return !openMenus().empty(); }));
+  item.reset();
+  EXPECT_THAT(openMenus(), IsEmpty());
+}
+
 TEST_F(StatusItemOnTheBus, answersWhateverHostsCall) {
-  const auto name = host.item().value();
-  const auto call = [&](const char* method, GVariant* parameters) {
-    return host.call(name.c_str(), "/StatusNotifierItem", "org.kde.StatusNotifierItem", method, parameters) !=
-           nullptr;
-  };
   EXPECT_TRUE(call("Activate", g_variant_new("(ii)", 5, 5)));
   EXPECT_TRUE(call("SecondaryActivate", g_variant_new("(ii)", 5, 5)));
   EXPECT_TRUE(call("XAyatanaSecondaryActivate", g_variant_new("(u)", 5)));

@@ -8,8 +8,10 @@ import pytest
 from harness.accessibility import Accessibility
 from harness.desktop import Desktop
 from harness.home import Home
+from harness.page import session
 from harness.processes import stays, wait_for
 from harness.program import Program
+from harness.tray import Tray
 
 MAXIMISED = {"_NET_WM_STATE_MAXIMIZED_VERT", "_NET_WM_STATE_MAXIMIZED_HORZ"}
 STRIP = 38
@@ -42,6 +44,14 @@ def test_page_fills_the_window_up_to_its_top(window, page):
 def test_window_does_not_get_smaller_than_it_may(window, page):
     window.resize(300, 200)
     page.wait_true("innerWidth === 720 && innerHeight === 560")
+
+
+def test_title_tells_the_session_where_there_is_no_tray(orvalle, window, page, desktop):
+    page.push(session())
+    wait_for("the session in the title", lambda: re.fullmatch(r"19:\d\d • Tesi – Orvalle", window.title))
+    with Tray(desktop):
+        wait_for("the plain title", lambda: window.title == "Orvalle")
+    wait_for("the session again", lambda: window.title.endswith(" • Tesi – Orvalle"))
 
 
 def test_frame_is_remembered(start, window, page, orvalle, desktop, site, strip):

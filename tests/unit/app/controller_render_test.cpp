@@ -51,6 +51,38 @@ TEST_F(ControllerRenderTest, showsALiveSessionInAllThreePlaces) {
   EXPECT_TRUE(panel().visible);
 }
 
+TEST_F(ControllerRenderTest, windowTitleTellsTheSessionWhereNoStatusBarShowsTheItem) {
+  goLive(session(24.25));
+  EXPECT_EQ(window().title, "Orvalle");
+  system.statusBar.state.present = false;
+  system.time.advance(3s);
+  EXPECT_EQ(window().title, "24:12 • Tesi – Orvalle");
+  system.statusBar.state.present = true;
+  system.time.advance(3s);
+  EXPECT_EQ(window().title, "Orvalle");
+}
+
+TEST_F(ControllerRenderTest, windowTitleOfAnIdleProgramIsItsNameEverywhere) {
+  system.statusBar.state.present = false;
+  system.time.advance(3s);
+  EXPECT_EQ(window().title, "Orvalle");
+}
+
+TEST_F(ControllerRenderTest, overlayIsNotShownWhereItCannotFloatAndItsItemsSaySo) {
+  system.panels.floating = false;
+  make();
+  launchWithPage();
+  goLive();
+  EXPECT_FALSE(panel().visible);
+  auto& item = row("Tienila sopra le altre app (qui non è possibile)");
+  EXPECT_FALSE(item.checked());
+  EXPECT_FALSE(item.usable(system.application.responderChain()));
+  EXPECT_EQ(barItem("toggleOverlay")->title(), item.title());
+  choose(item);
+  choose(*barItem("toggleOverlay"));
+  EXPECT_FALSE(system.defaults.boolean("overlayOn"));
+}
+
 TEST_F(ControllerRenderTest, showsAnIdleFormBeforeAnyState) {
   expectIdle();
   EXPECT_EQ(panel().text, "0:00  •  Focus");

@@ -39,7 +39,7 @@ class MenusTest : public ::testing::Test {
   }
 
   NobodysTarget controller;
-  MainMenus menus = buildMainMenus(controller);
+  MainMenus menus = buildMainMenus(controller, true);
 };
 
 TEST_F(MenusTest, openFromTheBarInTheirOrder) {
@@ -124,7 +124,7 @@ class MenusInUseTest : public ::testing::Test {
     neighbours.makePairing = [] { return std::make_unique<NoPairing>(); };
     neighbours.controllaAggiornamenti = [] {};
     controller = std::make_unique<Controller>(platform, address, config, services, neighbours);
-    menus = buildMainMenus(*controller);
+    menus = buildMainMenus(*controller, true);
   }
 
   platform::memory::MemoryPlatform system;

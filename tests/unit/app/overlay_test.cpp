@@ -149,6 +149,7 @@ class LatePanel : public platform::Panel {
 
 class LatePanels : public platform::Panels {
  public:
+  bool canFloat() const override { return true; }
   std::unique_ptr<platform::Panel> make(const platform::PanelSpec&) override {
     return std::make_unique<LatePanel>(kept);
   }
