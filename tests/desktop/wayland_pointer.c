@@ -1,5 +1,6 @@
-// A mouse for compositors of wlroots: reads "move X Y WIDTH HEIGHT", "press" and "release", a line each, and answers
-// each with a line as soon as the compositor has taken it. The mouse is unplugged at the end of the input.
+// A mouse for compositors of wlroots: reads "move X Y WIDTH HEIGHT", "press" and "release", a line each, and
+// answers each with a line as soon as the compositor has taken it. The mouse is unplugged at the end of the
+// input.
 #define _POSIX_C_SOURCE 200809L
 
 #include <linux/input-event-codes.h>
@@ -8,11 +9,12 @@
 #include <string.h>
 #include <time.h>
 
-#include "virtual-pointer.h"
+#include <virtual-pointer.h>
 
 static struct zwlr_virtual_pointer_manager_v1* manager;
 
-static void found(void* data, struct wl_registry* registry, uint32_t name, const char* interface, uint32_t version) {
+static void found(void* data, struct wl_registry* registry, uint32_t name, const char* interface,
+                  uint32_t version) {
   (void)data;
   (void)version;
   if (strcmp(interface, zwlr_virtual_pointer_manager_v1_interface.name) == 0) {
