@@ -1,5 +1,7 @@
 #include "platform/linux/notification_switch.h"
 
+#include <algorithm>
+#include <array>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -16,7 +18,8 @@ namespace fs = std::filesystem;
 constexpr const char* kGnomeSchema = "org.gnome.desktop.notifications.application";
 constexpr const char* kGnomePath = "/org/gnome/desktop/notifications/application/app-orvalle-orvalle/";
 constexpr const char* kKdeGroup = "[Applications][app.orvalle.Orvalle]";
-constexpr const char* kXfceName = "Orvalle";
+/// By the id of the desktop entry, where the notification tells it; older servers go by the program's name.
+constexpr std::array<const char*, 2> kXfceNames = {"app.orvalle.Orvalle", "Orvalle"};
 
 struct SchemaDeleter {
   void operator()(GSettingsSchema* schema) const { g_settings_schema_unref(schema); }
@@ -53,9 +56,11 @@ bool namesUs(GVariant* list) {
     GlibPtr<GVariant> entry(g_variant_get_child_value(list, i));
     if (g_variant_is_of_type(entry.get(), G_VARIANT_TYPE_VARIANT))
       entry.reset(g_variant_get_variant(entry.get()));
-    if (g_variant_is_of_type(entry.get(), G_VARIANT_TYPE_STRING) &&
-        g_str_equal(g_variant_get_string(entry.get(), nullptr), kXfceName))
-      return true;
+    if (!g_variant_is_of_type(entry.get(), G_VARIANT_TYPE_STRING)) continue;
+    const auto isEntry = [&](const char* name) {
+      return g_str_equal(g_variant_get_string(entry.get(), nullptr), name);
+    };
+    if (std::any_of(kXfceNames.begin(), kXfceNames.end(), isEntry)) return true;
   }
   return false;
 }

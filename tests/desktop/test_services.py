@@ -213,6 +213,21 @@ class TestNotifications:
         assert line.endswith("Orvalle: notifica saltata, permesso = denied")
         assert count(desktop) == 0
 
+    @pytest.mark.parametrize("name", ["app.orvalle.Orvalle", "Orvalle"])
+    def test_the_switch_of_xfce_is_respected(self, desktop, dunst, start, page, name):
+        def mute(*programs):
+            """What the desktop's own settings window writes."""
+            desktop.run("xfconf-query", "--channel", "xfce4-notifyd", "--property", "/applications/muted_applications",
+                        "--create", "--force-array", *(word for program in programs
+                                                       for word in ("--type", "string", "--set", program)))
+        start(environment={"XDG_CURRENT_DESKTOP": "XFCE"})
+        page.wait_loaded()
+        requests = Requests(page)
+        mute("altro")
+        assert requests.ask("stato-permesso") == "granted"
+        mute("altro", name)
+        processes.wait_for("switch", lambda: requests.ask("stato-permesso") == "denied")
+
 
 class TestPermissions:
     def test_state_is_true(self, home, requests, folder):
