@@ -62,10 +62,10 @@ def test_frame_and_place_are_stored_without_commas(desktop, start, home, orvalle
     json.loads(home.defaults_file.read_text())
     second = start()
     page.wait_loaded(2)
+    assert desktop.windows.wait(second.pid, "Orvalle").box == box
     page.push(session())
     again = overlay.wait(desktop, second)
     processes.wait_for("the same place", lambda: again.frame == place)
-    assert desktop.windows.wait(second.pid, "Orvalle").box == box
 
 
 def test_page_knows_that_the_desktop_is_dark(orvalle, page):
