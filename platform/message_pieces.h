@@ -14,6 +14,8 @@ class MessagePieces {
   /// Takes the next piece; the message once it is whole. What a page that has gone did not finish is dropped,
   /// and so are pieces without a beginning.
   std::optional<std::string> take(std::string_view piece);
+  /// Whether more pieces of a message are to come.
+  bool unfinished() const { return message_.has_value(); }
 
  private:
   /// The unfinished message.

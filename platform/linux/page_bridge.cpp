@@ -22,6 +22,7 @@ void addScript(WebKitUserContentManager* content, const std::string& source, con
 PageBridge::PageBridge(const std::string& handler, const std::string& documentStartScript,
                        std::function<void(std::string)> received)
     : received_(std::move(received)),
+      later_([this] { takeNext(); }),
       content_(GObjectPtr<WebKitUserContentManager>::adopt(webkit_user_content_manager_new())),
       // Connected before the handler exists, so that not even the first message is lost.
       connection_(content_.get(), ("script-message-received::" + handler).c_str(),
@@ -34,13 +35,28 @@ PageBridge::PageBridge(const std::string& handler, const std::string& documentSt
 }
 
 void PageBridge::messageReceived(WebKitUserContentManager*, WebKitJavascriptResult* message, gpointer self) {
+  auto& bridge = *static_cast<PageBridge*>(self);
   JSCValue* value = webkit_javascript_result_get_js_value(message);
+  if (!bridge.pieces_.unfinished() && bridge.waiting_.empty()) return bridge.take(value);
+  // The library hands out the pieces of a long message without a pause, and reading them takes its time:
+  // whoever else waits for the main loop gets a turn after each.
+  bridge.waiting_.push_back(GObjectPtr<JSCValue>::share(value));
+  bridge.later_.ask();
+}
+
+void PageBridge::takeNext() {
+  const auto next = std::move(waiting_.front());
+  waiting_.pop_front();
+  if (!waiting_.empty()) later_.ask();
+  take(next.get());
+}
+
+void PageBridge::take(JSCValue* value) {
   if (!jsc_value_is_string(value)) return;
   const std::unique_ptr<GBytes, GlibDeleter> text(jsc_value_to_string_as_bytes(value));
   gsize size = 0;
   const auto* data = static_cast<const char*>(g_bytes_get_data(text.get(), &size));
-  auto& bridge = *static_cast<PageBridge*>(self);
-  if (auto whole = bridge.pieces_.take({data, size})) bridge.received_(std::move(*whole));
+  if (auto whole = pieces_.take({data, size})) received_(std::move(*whole));
 }
 
 }  // namespace orvalle::platform::linuxos

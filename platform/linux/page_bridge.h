@@ -2,10 +2,12 @@
 
 #include <webkit2/webkit2.h>
 
+#include <deque>
 #include <functional>
 #include <string>
 
 #include "platform/linux/glib_ptr.h"
+#include "platform/linux/look_later.h"
 #include "platform/message_pieces.h"
 
 namespace orvalle::platform::linuxos {
@@ -29,9 +31,14 @@ class PageBridge {
 
  private:
   static void messageReceived(WebKitUserContentManager*, WebKitJavascriptResult* message, gpointer self);
+  void takeNext();
+  void take(JSCValue* value);
 
   std::function<void(std::string)> received_;
   MessagePieces pieces_;
+  /// What came behind an unfinished message.
+  std::deque<GObjectPtr<JSCValue>> waiting_;
+  LookLater later_;
   GObjectPtr<WebKitUserContentManager> content_;
   SignalConnection connection_;
 };

@@ -161,6 +161,34 @@ TEST_F(WebWindowPage, whatJsonCannotExpressIsDropped) {
   EXPECT_EQ(events().size(), 1U);
 }
 
+TEST_F(WebWindowPage, longMessageLeavesTurnsToOthersAndThoseBehindItTheirPlace) {
+  load("/");
+  const std::string post = "window.webkit.messageHandlers.orvalle.postMessage";
+  // Somebody who wants a turn of the main loop every millisecond.
+  struct {
+    const Events& events;
+    int betweenTheFirstTwo = 0;
+  } other{events()};
+  const guint turns = g_timeout_add_full(
+      G_PRIORITY_DEFAULT, 1,
+      [](gpointer data) -> gboolean {
+        auto* self = static_cast<decltype(other)*>(data);
+        if (self->events.size() == 1) ++self->betweenTheFirstTwo;
+        return G_SOURCE_CONTINUE;
+      },
+      &other, nullptr);
+  // Forty pieces.
+  window->evaluate(post + "('prima');" + post + "('\u20ac'.repeat(10 * 1024 * 1024));" + post + "('dopo')");
+  const bool arrived = rig.wait([&] { return rig.owner.saw(R"(message orvalle "dopo")"); });
+  g_source_remove(turns);
+  ASSERT_TRUE(arrived);
+  ASSERT_EQ(events().size(), 3U);
+  EXPECT_EQ(events()[0], R"(message orvalle "prima")");
+  EXPECT_EQ(events()[1].size(), std::string(R"(message orvalle "")").size() + 3 * 10 * 1024 * 1024);
+  EXPECT_EQ(events()[2], R"(message orvalle "dopo")");
+  EXPECT_GE(other.betweenTheFirstTwo, 20);
+}
+
 TEST_F(WebWindowPage, messagesOfAnAbsurdLengthAreDropped) {
   load("/");
   const std::string post = "window.webkit.messageHandlers.orvalle.postMessage";
