@@ -173,7 +173,9 @@ TEST_F(WebWindowPage, longMessageLeavesTurnsToOthersAndThoseBehindItTheirPlace) 
       G_PRIORITY_DEFAULT, 1,
       [](gpointer data) -> gboolean {
         auto* self = static_cast<decltype(other)*>(data);
-        if (self->events.size() == 1) ++self->betweenTheFirstTwo;
+        if (self->events.size() != 1) return G_SOURCE_CONTINUE;
+        // Busy at first, so that all the pieces lie there.
+        if (++self->betweenTheFirstTwo == 1) g_usleep(1'000'000);
         return G_SOURCE_CONTINUE;
       },
       &other, nullptr);
