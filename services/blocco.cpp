@@ -24,7 +24,11 @@ bool encode(const Blocco& blocco, std::string& text) {
     text += R"(,"titolo":)";
     if (!base::appendJsonText(text, *blocco.titolo)) return false;
   }
-  text += R"(,"da":")" + timestamp(blocco.da) + R"(","a":")" + timestamp(blocco.a) + R"("})";
+  text += R"(,"da":")";
+  text += timestamp(blocco.da);
+  text += R"(","a":")";
+  text += timestamp(blocco.a);
+  text += R"("})";
   return true;
 }
 
@@ -50,7 +54,11 @@ std::int64_t Blocco::minuti() const {
 }
 
 std::optional<std::string> encodeBlocchi(const std::vector<Blocco>& blocchi) {
-  std::string text = "[";
+  // About as long as blocks with titles are.
+  constexpr std::size_t kUsualLength = 160;
+  std::string text;
+  text.reserve(2 + blocchi.size() * kUsualLength);
+  text += '[';
   for (const auto& blocco : blocchi) {
     if (text.size() > 1) text += ',';
     if (!encode(blocco, text)) return {};
