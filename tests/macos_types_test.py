@@ -22,6 +22,10 @@ WARNINGS = ("-Wall", "-Wextra", "-Wpedantic", "-Werror", "-Wshadow", "-Wnon-virt
             "-Wnullable-to-nonnull-conversion", "-Wundeclared-selector", "-Wstrict-selector-match")
 # As the program's build defines them.
 DEFINITIONS = ("-DORVALLE_VERSION=\"0\"", "-DORVALLE_BUILD=\"1\"", "-DORVALLE_UPDATE_SIGNER=\"\"")
+# Half of the work would be to read these once for each file.
+LIBRARY = ("algorithm", "chrono", "cmath", "filesystem", "functional", "map", "memory", "optional", "span", "string",
+           "string_view", "utility", "vector")
+TEST_LIBRARY = (*LIBRARY, "fstream", "gmock/gmock.h", "gtest/gtest.h", "libsoup/soup.h")
 MISTAKES = {
     "a selector that does not exist": ("void f(NSURL* u) { (void)[u absoluteText]; }", "no visible @interface"),
     "an argument of another type": ("void f() { (void)[NSURL URLWithString:@1]; }", "cannot initialize a parameter"),
@@ -74,6 +78,16 @@ def contract_command(words):
     said = subprocess.run(["pkg-config", "--cflags-only-I", "libsoup-3.0"], stdin=subprocess.DEVNULL, capture_output=True,
                           text=True, check=True).stdout
     return [*words, *(word for folder in said.split() for word in ("-isystem", folder.removeprefix("-I")))]
+
+
+def read_once(words, headers, folder):
+    """The command, which finds these headers read already."""
+    source, result = folder / f"{len(headers)}.h", folder / f"{len(headers)}.pch"
+    source.write_text("".join(f"#include <{header}>\n" for header in headers), encoding="utf-8")
+    language = [word for word in words if word != "-fsyntax-only"]
+    language[language.index("objective-c++")] += "-header"
+    subprocess.run([*language, str(source), "-o", str(result)], stdin=subprocess.DEVNULL, check=True)
+    return [*words, "-include-pch", str(result)]
 
 
 def complaints(words, source):
@@ -129,10 +143,11 @@ def main():
         found.append("The check does not find a method that nobody calls")
     found += [f"{source}: nobody declares or uses {name}" for source in sources
               for name in uncalled_methods(source.read_text(encoding="utf-8"), declared)]
-    with concurrent.futures.ThreadPoolExecutor(2) as pool:
+    tests = contract_sources(root)
+    with tempfile.TemporaryDirectory() as folder, concurrent.futures.ThreadPoolExecutor(2) as pool:
+        words = read_once(words, LIBRARY, pathlib.Path(folder))
+        test_words = read_once(contract_command(command(root)), TEST_LIBRARY, pathlib.Path(folder))
         found += [said for said in pool.map(lambda source: complaints(words, source), sources) if said]
-        tests = contract_sources(root)
-        test_words = contract_command(words)
         found += [said for said in pool.map(lambda source: complaints(test_words, source), tests) if said]
     if found:
         sys.exit("\n".join(found))

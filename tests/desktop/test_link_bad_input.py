@@ -8,7 +8,6 @@ import pytest
 
 from harness import processes
 from harness.page import session, task
-from harness.program import in_haste
 from harness.link_service import LinkService, frame, state_frame
 
 
@@ -22,7 +21,7 @@ def service():
 def program(start, home, service, page, tray):
     """The program, paired, while a good state is shown."""
     home.write_defaults(service.settings | {"qualcosa di mio": 1})
-    started = start(environment=in_haste())
+    started = start()
     page.wait_loaded()
     service.wait_joined()
     return started

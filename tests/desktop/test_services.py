@@ -317,7 +317,7 @@ class TestRestart:
         bundle = home.folder / "Il mio \"Orvalle\" d'oro $HOME `x`.app"
         shutil.copytree(build_folder() / BUNDLE, bundle, symlinks=True)
         log = desktop.logs / "restart"
-        variables = home.environment | inherited_options() | {"ORVALLE_APP_URL": site.url}
+        variables = home.environment | inherited_options(bundle) | {"ORVALLE_APP_URL": site.url}
         first = processes.spawn([str(bundle / "AppRun")], variables, log)
         page.wait_loaded()
         assert Requests(page).ask_json("permessi-stato")["percorso"] == str(bundle)

@@ -15,7 +15,7 @@ import pytest
 from harness import processes
 from harness.accessibility import Accessibility
 from harness.processes import wait_for
-from harness.program import BUNDLE, build_folder
+from harness.program import BUNDLE, build_folder, inherited_options
 from harness.releases import processes_of, revise, run_tool
 from harness.server import Answer
 
@@ -79,8 +79,7 @@ class World:
         self.site.routes[release.manifest["url"]] = answer or Answer(release.package, type="application/zip")
 
     def start(self):
-        variables = self.home.environment | {name: value for name, value in os.environ.items()
-                                             if name.endswith("SAN_OPTIONS")}
+        variables = self.home.environment | inherited_options(self.bundle)
         variables |= {"ORVALLE_APP_URL": self.site.url, "TMPDIR": str(self.temporary)}
         log = self.desktop.logs / f"installed-{len(self.started)}-{self.folder.name}"
         process = processes.spawn([str(self.bundle / "AppRun")], variables, log)

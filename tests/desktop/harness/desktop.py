@@ -144,6 +144,8 @@ class Desktop:
             # Settings in a file of the home folder, not in a service that outlives the test.
             "GSETTINGS_BACKEND": "keyfile",
             "LANG": "C.UTF-8",
+            # Without a graphics card, shaders are compiled for the processor: once for all homes.
+            "MESA_SHADER_CACHE_DIR": str(self.folder / "shaders"),
             # A socket that is not there: no library may go and start a bus of its own.
             "DBUS_SESSION_BUS_ADDRESS": f"unix:path={self.folder}/run/bus",
             "DBUS_SYSTEM_BUS_ADDRESS": f"unix:path={self.folder}/run/no-system-bus",
