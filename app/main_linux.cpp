@@ -20,7 +20,7 @@ int main(int argc, char** argv) {
   const auto mainMenu = native::makeMainMenu(application);
   const auto statusBar = native::makeStatusBar(application);
   const auto panels = native::makePanels();
-  const auto webWindows = native::makeWebWindows(application, *mainMenu, *defaults);
+  const auto webWindows = native::makeWebWindows(application, *loop, *mainMenu, *defaults);
   const auto alerts = native::makeAlerts(application);
   const auto openPanel = native::makeOpenPanel(application);
   const auto webSockets = native::makeWebSockets();

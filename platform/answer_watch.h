@@ -14,8 +14,8 @@ namespace orvalle::platform {
 /// How often a page is asked whether it answers.
 inline constexpr std::chrono::seconds kAnswerQuestion{5};
 
-/// Asks a page time and again whether it answers, where the system's web view does not tell by itself, and
-/// tells the window's owner what WebWindowDelegate says of that.
+/// Asks a page time and again whether it answers, and tells the window's owner what WebWindowDelegate says of
+/// that.
 class AnswerWatch {
  public:
   /// Asks the page for something. `answered` is to be called when it has answered or there is no page, from

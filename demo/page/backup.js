@@ -1,5 +1,7 @@
 // Backups through the desktop: their names, what is in them, and when the next one is due.
 
+import { emptyState } from './session.js';
+
 const two = (number) => String(number).padStart(2, '0');
 
 /** The local day, which names of backups begin with. */
@@ -38,8 +40,10 @@ export async function backUp(desktop, state, date = new Date()) {
   return Boolean(path);
 }
 
-/** Writes the first backup of the day. */
+/** Writes the first backup of the day; none of a state that is still as it was at first. */
 export async function backUpDaily(desktop, state, date = new Date()) {
+  // The thirtieth of these would push out the last backup that holds something.
+  if (JSON.stringify(state) === JSON.stringify(emptyState())) return false;
   const newest = await desktop.ask('backup-ultimo');
   return newest !== null && isDue(newest, date) && backUp(desktop, state, date);
 }

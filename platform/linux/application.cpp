@@ -269,6 +269,7 @@ Start startApplication(int argc, char** argv, const ProgramInfo& info) {
       break;
   }
   chooseDisplay();
+  chooseGraphics();
   // Before anything of GTK: it would take the start-up notification that the running instance needs to come
   // to the front.
   return handOver(line) ? finished(0) : startFirstInstance(line);

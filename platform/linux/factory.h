@@ -70,7 +70,7 @@ std::unique_ptr<NativeMainMenu> makeMainMenu(NativeApplication& application);
 /// `application` gives the responder chain for items without a target.
 std::unique_ptr<StatusBar> makeStatusBar(Application& application);
 std::unique_ptr<Panels> makePanels();
-std::unique_ptr<WebWindows> makeWebWindows(NativeApplication& application, WindowMenu& menu,
+std::unique_ptr<WebWindows> makeWebWindows(NativeApplication& application, MainLoop& loop, WindowMenu& menu,
                                            Defaults& defaults);
 std::unique_ptr<Alerts> makeAlerts(NativeApplication& application);
 std::unique_ptr<OpenPanel> makeOpenPanel(NativeApplication& application);

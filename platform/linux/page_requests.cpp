@@ -16,10 +16,14 @@ struct CloseDialog {
 };
 
 /// The page's script waits until the last copy is gone.
-using OpenDialog = std::shared_ptr<WebKitScriptDialog>;
+struct OpenDialog {
+  std::shared_ptr<WebKitScriptDialog> dialog;
+  std::shared_ptr<base::Subscription> hold;
+};
 
-OpenDialog keepOpen(WebKitScriptDialog* dialog) {
-  return {webkit_script_dialog_ref(dialog), CloseDialog()};
+OpenDialog keepOpen(WebKitScriptDialog* dialog, AnswerWatch& watch) {
+  return {{webkit_script_dialog_ref(dialog), CloseDialog()},
+          std::make_shared<base::Subscription>(watch.hold())};
 }
 
 void answer(WebKitFileChooserRequest* request, const std::optional<std::vector<std::string>>& paths) {
@@ -95,8 +99,9 @@ gboolean trimContextMenu(WebKitWebView* view, WebKitContextMenu* menu, GdkEvent*
 
 }  // namespace
 
-PageRequests::PageRequests(WebKitWebView* view, WebWindowDelegate& delegate)
+PageRequests::PageRequests(WebKitWebView* view, WebWindowDelegate& delegate, AnswerWatch& watch)
     : delegate_(delegate),
+      watch_(watch),
       connections_{{{view, "script-dialog", G_CALLBACK(scriptDialog), this},
                     {view, "run-file-chooser", G_CALLBACK(chooseFiles), this},
                     {view, "permission-request", G_CALLBACK(denyPermission), nullptr},
@@ -105,16 +110,17 @@ PageRequests::PageRequests(WebKitWebView* view, WebWindowDelegate& delegate)
 
 gboolean PageRequests::scriptDialog(WebKitWebView*, WebKitScriptDialog* dialog, gpointer self) {
   auto& delegate = static_cast<PageRequests*>(self)->delegate_;
+  auto& watch = static_cast<PageRequests*>(self)->watch_;
   const char* text = webkit_script_dialog_get_message(dialog);
   const std::string message = text ? text : "";
   switch (webkit_script_dialog_get_dialog_type(dialog)) {
     case WEBKIT_SCRIPT_DIALOG_ALERT:
-      delegate.runAlert(message, [open = keepOpen(dialog)]() mutable { open.reset(); });
+      delegate.runAlert(message, [open = keepOpen(dialog, watch)]() mutable { open = {}; });
       break;
     case WEBKIT_SCRIPT_DIALOG_CONFIRM:
-      delegate.runConfirm(message, [open = keepOpen(dialog)](bool agreed) mutable {
-        webkit_script_dialog_confirm_set_confirmed(open.get(), agreed);
-        open.reset();
+      delegate.runConfirm(message, [open = keepOpen(dialog, watch)](bool agreed) mutable {
+        webkit_script_dialog_confirm_set_confirmed(open.dialog.get(), agreed);
+        open = {};
       });
       break;
     case WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM:

@@ -65,7 +65,7 @@ class DetachedProcesses final : public Processes {
     for (auto& word : words) arguments.push_back(word.data());
     arguments.push_back(nullptr);
     const auto context = GObjectPtr<GAppLaunchContext>::adopt(g_app_launch_context_new());
-    hideDisplayChoice(context.get());
+    hideChoices(context.get());
     char** environment = g_app_launch_context_get_environment(context.get());
     const int null = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
     GError* error = nullptr;

@@ -56,7 +56,7 @@ class DesktopSettings final : public SettingsPanes {
     const auto context =
         GObjectPtr<GdkAppLaunchContext>::adopt(gdk_display_get_app_launch_context(gdk_display_get_default()));
     gdk_app_launch_context_set_timestamp(context.get(), gtk_get_current_event_time());
-    hideDisplayChoice(G_APP_LAUNCH_CONTEXT(context.get()));
+    hideChoices(G_APP_LAUNCH_CONTEXT(context.get()));
     return g_app_info_launch(G_APP_INFO(entry.get()), nullptr, G_APP_LAUNCH_CONTEXT(context.get()), nullptr);
   }
 

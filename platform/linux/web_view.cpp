@@ -1,5 +1,6 @@
 #include "platform/linux/web_view.h"
 
+#include <memory>
 #include <utility>
 
 namespace orvalle::platform::linuxos {
@@ -31,20 +32,20 @@ NavigationAction actionOf(WebKitPolicyDecision* decision) {
 
 }  // namespace
 
-WebView::WebView(WebKitWebContext* context, const WebWindowSpec& spec, WebWindowDelegate& delegate)
+WebView::WebView(MainLoop& loop, WebKitWebContext* context, const WebWindowSpec& spec,
+                 WebWindowDelegate& delegate)
     : delegate_(delegate),
       bridge_(spec.messageHandler, spec.documentStartScript,
               [this, name = spec.messageHandler](std::string json) {
                 delegate_.didReceiveMessage(name, std::move(json));
               }),
       view_(makeView(context, bridge_.content())),
-      requests_(view_.get(), delegate),
-      connections_{
-          {{view_.get(), "decide-policy", G_CALLBACK(decidePolicy), this},
-           {view_.get(), "load-changed", G_CALLBACK(loadChanged), this},
-           {view_.get(), "load-failed", G_CALLBACK(loadFailed), this},
-           {view_.get(), "web-process-terminated", G_CALLBACK(processEnded), this},
-           {view_.get(), "notify::is-web-process-responsive", G_CALLBACK(responsiveChanged), this}}} {}
+      watch_(loop, delegate, [this](const std::function<void()>& answered) { ask(answered); }),
+      requests_(view_.get(), delegate, watch_),
+      connections_{{{view_.get(), "decide-policy", G_CALLBACK(decidePolicy), this},
+                    {view_.get(), "load-changed", G_CALLBACK(loadChanged), this},
+                    {view_.get(), "load-failed", G_CALLBACK(loadFailed), this},
+                    {view_.get(), "web-process-terminated", G_CALLBACK(processEnded), this}}} {}
 
 WebView::~WebView() {
   stopTimeout();
@@ -62,6 +63,7 @@ void WebView::startAnew() {
   startsAnew_ = true;
   webkit_web_view_terminate_web_process(view_.get());
   startsAnew_ = false;
+  watch_.startAgain();
   webkit_web_view_reload(view_.get());
 }
 
@@ -178,17 +180,25 @@ void WebView::processEnded(WebKitWebView*, WebKitWebProcessTerminationReason, gp
   view.stopTimeout();
   view.hasPage_ = false;
   view.ownLoadAwaited_ = false;
+  view.watch_.startAgain();
   // A process that dies of our own document would do so again.
   if (!view.html_ && !view.startsAnew_) view.delegate_.didFail(kPageProcessEndedText);
 }
 
-void WebView::responsiveChanged(WebKitWebView* widget, GParamSpec*, gpointer self) {
-  auto& delegate = static_cast<WebView*>(self)->delegate_;
-  if (webkit_web_view_get_is_web_process_responsive(widget)) {
-    delegate.didAnswerAgain();
-  } else {
-    delegate.didStopAnswering();
-  }
+void WebView::ask(const std::function<void()>& answered) {
+  // The view itself only notices that keys are not answered, and nothing of a mouse that is moved before it
+  // clicks. Nobody waits for a page that is not seen.
+  if (!hasPage_ || !gtk_widget_get_mapped(widget())) return answered();
+  webkit_web_view_evaluate_javascript(view_.get(), "0", -1, nullptr, nullptr, nullptr, pageAnswered,
+                                      std::make_unique<std::function<void()>>(answered).release());
+}
+
+void WebView::pageAnswered(GObject* view, GAsyncResult* result, gpointer answered) {
+  const std::unique_ptr<std::function<void()>> tell(static_cast<std::function<void()>*>(answered));
+  // That it has no answer, because it has gone, is one too.
+  const auto value = GObjectPtr<JSCValue>::adopt(
+      webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(view), result, nullptr));
+  (*tell)();
 }
 
 void WebView::startTimeout() {

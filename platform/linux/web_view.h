@@ -3,11 +3,14 @@
 #include <webkit2/webkit2.h>
 
 #include <array>
+#include <functional>
 #include <string>
 
+#include "platform/answer_watch.h"
 #include "platform/linux/glib_ptr.h"
 #include "platform/linux/page_bridge.h"
 #include "platform/linux/page_requests.h"
+#include "platform/main_loop.h"
 #include "platform/web_window.h"
 
 namespace orvalle::platform::linuxos {
@@ -15,8 +18,8 @@ namespace orvalle::platform::linuxos {
 /// The web side of a web window: its operations and its delegate's calls mean what WebWindow says of them.
 class WebView {
  public:
-  /// `context` keeps what has to outlive the process. `delegate` outlives the view.
-  WebView(WebKitWebContext* context, const WebWindowSpec& spec, WebWindowDelegate& delegate);
+  /// `context` keeps what has to outlive the process. `loop` and `delegate` outlive the view.
+  WebView(MainLoop& loop, WebKitWebContext* context, const WebWindowSpec& spec, WebWindowDelegate& delegate);
   WebView(const WebView&) = delete;
   WebView& operator=(const WebView&) = delete;
   ~WebView();
@@ -35,9 +38,10 @@ class WebView {
   static void loadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer self);
   static gboolean loadFailed(WebKitWebView*, WebKitLoadEvent, const char*, GError* error, gpointer self);
   static void processEnded(WebKitWebView*, WebKitWebProcessTerminationReason, gpointer self);
-  static void responsiveChanged(WebKitWebView*, GParamSpec*, gpointer self);
+  static void pageAnswered(GObject* view, GAsyncResult* result, gpointer answered);
   static gboolean timedOut(gpointer self);
 
+  void ask(const std::function<void()>& answered);
   NavigationPolicy decide(WebKitPolicyDecision* decision);
   void awaitOwnLoad();
   void started();
@@ -50,8 +54,9 @@ class WebView {
   WebWindowDelegate& delegate_;
   PageBridge bridge_;
   GObjectPtr<WebKitWebView> view_;
+  AnswerWatch watch_;
   PageRequests requests_;
-  std::array<SignalConnection, 5> connections_;
+  std::array<SignalConnection, 4> connections_;
 
   bool hasPage_ = false;
   /// What `loadHtml` was given is on its way or shown.

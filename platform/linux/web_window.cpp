@@ -41,11 +41,11 @@ void declareBorder(GtkWidget* page, GdkRectangle* allocation, gpointer) {
 
 class GtkWebWindow final : public WebWindow {
  public:
-  GtkWebWindow(GtkApplication* application, WindowMenu& menu, Defaults& defaults, WebKitWebContext* context,
-               const WebWindowSpec& spec, WebWindowDelegate& delegate)
+  GtkWebWindow(GtkApplication* application, MainLoop& loop, WindowMenu& menu, Defaults& defaults,
+               WebKitWebContext* context, const WebWindowSpec& spec, WebWindowDelegate& delegate)
       : menu_(menu),
         window_(makeWindow(application, spec)),
-        view_(context, spec, delegate),
+        view_(loop, context, spec, delegate),
         strip_(window_.get(), spec.stripHeight, menu),
         frame_(window_.get(), spec.contentSize, spec.minimumSize, defaults),
         connections_{{{window_.get(), "delete-event", G_CALLBACK(closed), this},
@@ -99,17 +99,18 @@ class GtkWebWindow final : public WebWindow {
 
 class GtkWebWindows final : public WebWindows {
  public:
-  GtkWebWindows(NativeApplication& application, WindowMenu& menu, Defaults& defaults)
-      : application_(application), menu_(menu), defaults_(defaults) {}
+  GtkWebWindows(NativeApplication& application, MainLoop& loop, WindowMenu& menu, Defaults& defaults)
+      : application_(application), loop_(loop), menu_(menu), defaults_(defaults) {}
 
   std::unique_ptr<WebWindow> make(const WebWindowSpec& spec, WebWindowDelegate& delegate) override {
     if (!profile_) profile_ = makeWebProfile();
-    return std::make_unique<GtkWebWindow>(application_.gtk(), menu_, defaults_, profile_.get(), spec,
+    return std::make_unique<GtkWebWindow>(application_.gtk(), loop_, menu_, defaults_, profile_.get(), spec,
                                           delegate);
   }
 
  private:
   NativeApplication& application_;
+  MainLoop& loop_;
   WindowMenu& menu_;
   Defaults& defaults_;
   StripStyle style_;
@@ -118,9 +119,9 @@ class GtkWebWindows final : public WebWindows {
 
 }  // namespace
 
-std::unique_ptr<WebWindows> makeWebWindows(NativeApplication& application, WindowMenu& menu,
+std::unique_ptr<WebWindows> makeWebWindows(NativeApplication& application, MainLoop& loop, WindowMenu& menu,
                                            Defaults& defaults) {
-  return std::make_unique<GtkWebWindows>(application, menu, defaults);
+  return std::make_unique<GtkWebWindows>(application, loop, menu, defaults);
 }
 
 }  // namespace orvalle::platform::linuxos

@@ -24,7 +24,7 @@ class DesktopWorkspace final : public Workspace {
     const auto context =
         GObjectPtr<GdkAppLaunchContext>::adopt(gdk_display_get_app_launch_context(gdk_display_get_default()));
     gdk_app_launch_context_set_timestamp(context.get(), gtk_get_current_event_time());
-    hideDisplayChoice(G_APP_LAUNCH_CONTEXT(context.get()));
+    hideChoices(G_APP_LAUNCH_CONTEXT(context.get()));
     g_app_info_launch_default_for_uri_async(url, G_APP_LAUNCH_CONTEXT(context.get()), nullptr, nullptr,
                                             nullptr);
   }

@@ -56,7 +56,9 @@ class NativeWebWindowRig : public RealPageRig {
   }
 
   WindowHome home_;
-  std::unique_ptr<platform::WebWindows> windows_ = platform::linuxos::makeWebWindows(home_, menu, defaults);
+  std::unique_ptr<platform::MainLoop> loop_ = platform::linuxos::makeMainLoop();
+  std::unique_ptr<platform::WebWindows> windows_ =
+      platform::linuxos::makeWebWindows(home_, *loop_, menu, defaults);
 };
 
 }  // namespace orvalle::contract

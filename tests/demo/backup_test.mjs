@@ -2,6 +2,7 @@ import assert from 'node:assert/strict';
 import { test } from 'node:test';
 
 import { backUp, backUpDaily, backupName, backupText, isDue, readBackups } from '../../demo/page/backup.js';
+import { emptyState } from '../../demo/page/session.js';
 
 const kMoment = new Date(2026, 0, 9, 7, 5, 3);
 
@@ -45,6 +46,12 @@ test('the first backup of the day is made once, and none without a desktop', asy
   const none = desktopThat({});
   assert.equal(await backUpDaily(none, {}, kMoment), false);
   assert.equal(none.asked.length, 1);
+});
+
+test('a state that holds nothing yet is not backed up by itself', async () => {
+  const desktop = desktopThat({ 'backup-ultimo': '', backup: '/tmp/x.json' });
+  assert.equal(await backUpDaily(desktop, emptyState(), kMoment), false);
+  assert.equal(await backUpDaily(desktop, { ...emptyState(), projectTitle: 'x' }, kMoment), true);
 });
 
 test('what is no list is an empty one', () => {

@@ -30,7 +30,7 @@ def unpacked(request, home):
 def command(home, unpacked):
     """Runs the program's command line to its end."""
     def run(*arguments, status=0):
-        done = subprocess.run([unpacked / "AppRun", *arguments], env=home.environment | inherited_options(),
+        done = subprocess.run([unpacked / "AppRun", *arguments], env=home.environment | inherited_options(unpacked),
                               stdin=subprocess.DEVNULL, capture_output=True, text=True, timeout=60, check=False)
         assert done.returncode == status, done.stdout + done.stderr
         return done.stdout + done.stderr
@@ -109,7 +109,7 @@ def test_outside_a_bundle_nothing_is_installed(home, tmp_path):
 def test_desktop_opens_a_link_with_the_installed_program(command, desktop, home, site, page, unpacked, start):
     site.routes["/api/mac/entra"] = Answer(PAGE.read_bytes())
     command("--install")
-    environment = home.environment | inherited_options() | {"ORVALLE_APP_URL": site.url}
+    environment = home.environment | inherited_options(unpacked) | {"ORVALLE_APP_URL": site.url}
     link = "orvalle://accesso?codice=A+b%2B"
     spawn(["gio", "open", link], environment, desktop.logs / "gio")
     page.wait_loaded()

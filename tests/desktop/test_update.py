@@ -16,7 +16,7 @@ from harness import processes
 from harness.accessibility import Accessibility
 from harness.processes import wait_for
 from harness.program import BUNDLE, build_folder, inherited_options
-from harness.releases import processes_of, revise, run_tool
+from harness.releases import processes_of, revise, run_tool, say_of
 from harness.server import Answer
 
 REOPENS = "L'app si chiude e si riapre da sola: quello che stai facendo resta dov'è."
@@ -289,4 +289,28 @@ def test_download_is_shown_and_cancelled_and_no_other_begins_meanwhile(world, pa
     access.press("push button", "Va bene")
     world.wait_cleared()
     assert site.paths().count(url) == 1
+    assert old.poll() is None
+
+
+def test_copy_of_a_package_manager_is_told_of_the_newer_build_and_stays(world, page, site, newer):
+    world.install()
+    say_of(world.bundle, {"PackageManager": "apt"})
+    run_tool("orvalle-codesign", "sign", world.bundle)
+    world.publish(newer)
+    before = contents(world.bundle)
+    old = world.start()
+    page.wait_loaded()
+    access = world.access()
+    access.wait_text("C'è Orvalle 2.0", 60)
+    assert f"Più veloce.\n\n{REOPENS} Questa copia fa parte del sistema: aggiornala con apt." in access.texts()
+    assert access.find("push button", "Più tardi") and not access.find("push button", "Aggiorna e riavvia")
+    access.press("push button", "Più tardi")
+
+    # Nor does the page get it replaced.
+    page.push({"tipo": "aggiornamenti-cerca", "id": 5})
+    page.wait_true("replies.length == 1")
+    page.push({"tipo": "aggiornamenti-installa"})
+    access.wait_text("lo aggiorna il gestore dei pacchetti", 60)
+    assert newer.manifest["url"] not in site.paths()
+    assert contents(world.bundle) == before
     assert old.poll() is None

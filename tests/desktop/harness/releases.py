@@ -19,10 +19,14 @@ def revise(bundle, folder, version, build):
     """A copy of a bundle in the folder, which says that it is this build; it must be signed again."""
     copy = folder / BUNDLE
     shutil.copytree(bundle, copy, symlinks=True)
-    information = json.loads((copy / "Info.json").read_text(encoding="utf-8"))
-    information |= {"CFBundleVersion": str(build), "CFBundleShortVersionString": version}
-    (copy / "Info.json").write_text(json.dumps(information), encoding="utf-8")
+    say_of(copy, {"CFBundleVersion": str(build), "CFBundleShortVersionString": version})
     return copy
+
+
+def say_of(bundle, information):
+    """Changes what a bundle says of itself; it must be signed again."""
+    path = bundle / "Info.json"
+    path.write_text(json.dumps(json.loads(path.read_text(encoding="utf-8")) | information), encoding="utf-8")
 
 
 def processes_of(bundle):
