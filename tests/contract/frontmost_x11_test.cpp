@@ -200,7 +200,11 @@ TEST_F(FrontmostX11, survivesAWindowThatDiesBetweenTheTwoReads) {
 TEST_F(FrontmostX11, isNobodyWhereTheWindowThatIsSaidToBeInFrontIsGone) {
   ForeignWindow window({words("x", "Q"), "a", {}, {}});
   EXPECT_EQ(name(), "Q");
-  window.claimActive(0x7ffffff);
+  // The window manager says again what it has said before, once it comes to it.
+  for (int claims = 0; claims < 50 && name(); ++claims) {
+    g_usleep(20'000);
+    window.claimActive(0x7ffffff);
+  }
   EXPECT_EQ(name(), std::nullopt);
   EXPECT_EQ(title(), std::nullopt);
   window.claimActive(0);

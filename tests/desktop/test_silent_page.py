@@ -42,7 +42,7 @@ def test_page_that_hangs_is_loaded_again_where_the_user_says_so(program, page, a
     access.press("push button", "Ricarica")
     page.wait_loaded(2)
     assert page.run("return 1 + 1") == 2
-    assert not set(old) & set(program.web_processes())
+    wait_for("the end of the process that hangs", lambda: not set(old) & set(program.web_processes()))
     assert QUESTION not in access.texts()
 
 
