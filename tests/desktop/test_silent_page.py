@@ -2,25 +2,10 @@
 
 import time
 
-import pytest
-
-from harness.accessibility import Accessibility
 from harness.page import session
 from harness.processes import wait_for
 
 QUESTION = "La pagina non risponde"
-
-
-@pytest.fixture
-def program(start, page):
-    started = start()
-    page.wait_loaded()
-    return started
-
-
-@pytest.fixture
-def access(desktop, program):
-    return Accessibility(desktop, program.pid)
 
 
 def hang(page, seconds):
@@ -28,10 +13,10 @@ def hang(page, seconds):
     page.leave(f"const end = Date.now() + {seconds * 1000}; while (Date.now() < end);")
 
 
-def test_page_that_hangs_is_loaded_again_where_the_user_says_so(program, page, access, tray):
+def test_page_that_hangs_is_loaded_again_where_the_user_says_so(orvalle, page, access, tray):
     page.push(session())
     item = tray.wait_item()
-    old = program.web_processes()
+    old = orvalle.web_processes()
     begin = time.monotonic()
     hang(page, 600)
     access.wait_text(QUESTION)
@@ -42,13 +27,13 @@ def test_page_that_hangs_is_loaded_again_where_the_user_says_so(program, page, a
     access.press("push button", "Ricarica")
     page.wait_loaded(2)
     assert page.run("return 1 + 1") == 2
-    wait_for("the end of the process that hangs", lambda: not set(old) & set(program.web_processes()))
+    wait_for("the end of the process that hangs", lambda: not set(old) & set(orvalle.web_processes()))
     assert QUESTION not in access.texts()
 
 
-def test_question_goes_away_when_the_page_answers(desktop, program, page):
+def test_question_goes_away_when_the_page_answers(desktop, orvalle, page):
     hang(page, 20)
     # By the windows: GTK does not bear that what goes is being read to somebody.
-    wait_for("the question", lambda: len(desktop.windows.of(program.pid)) == 2)
+    wait_for("the question", lambda: len(desktop.windows.of(orvalle.pid)) == 2)
     assert page.run("return 1 + 1") == 2
-    wait_for("no question", lambda: len(desktop.windows.of(program.pid)) == 1)
+    wait_for("no question", lambda: len(desktop.windows.of(orvalle.pid)) == 1)
