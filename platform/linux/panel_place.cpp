@@ -60,6 +60,8 @@ class DraggedPlace : public PanelPlace {
     dragged_ = corner_;
     dragging_ = true;
   }
+  /// The button is up again.
+  virtual void release() { letGo(); }
   /// Where the pointer is; the panel's corner moves by the differences.
   virtual GdkPoint pointer(const GdkEvent& event) const = 0;
   /// Whether the panel can move while the button is down.
@@ -91,7 +93,7 @@ class DraggedPlace : public PanelPlace {
     return TRUE;
   }
   static gboolean released(GtkWidget*, GdkEventButton* event, DraggedPlace* self) {
-    if (event->button == GDK_BUTTON_PRIMARY) self->letGo();
+    if (event->button == GDK_BUTTON_PRIMARY) self->release();
     return TRUE;
   }
 
@@ -230,6 +232,12 @@ class LayerPlace final : public DraggedPlace {
     gtk_layer_set_margin(window(), GTK_LAYER_SHELL_EDGE_TOP, corner.y - screen.y);
   }
 
+  void release() override {
+    DraggedPlace::release();
+    // KDE's compositor has made the panel the active window, keys or no keys; only by going away it gives that back.
+    gtk_widget_hide(GTK_WIDGET(window()));
+    gtk_widget_show(GTK_WIDGET(window()));
+  }
   GdkPoint pointer(const GdkEvent& event) const override {
     double x = 0, y = 0;
     gdk_event_get_coords(&event, &x, &y);
