@@ -234,7 +234,8 @@ class LayerPlace final : public DraggedPlace {
 
   void release() override {
     DraggedPlace::release();
-    // KDE's compositor has made the panel the active window, keys or no keys; only by going away it gives that back.
+    // KDE's compositor has made the panel the active window, keys or no keys; only by going away it gives
+    // that back.
     gtk_widget_hide(GTK_WIDGET(window()));
     gtk_widget_show(GTK_WIDGET(window()));
   }
