@@ -44,7 +44,7 @@ void Inbox::readBeside(std::string json) {
 }
 
 void Inbox::handle(const std::optional<base::Json>& body) {
-  if (!body || !body->is_object()) return next();
+  if (!body) return next();
   handler_(*body, liveness_.guard([this] { next(); }));
 }
 

@@ -16,7 +16,7 @@ namespace orvalle::web {
 /// dealt with at once, and the interface never waits.
 class Inbox {
  public:
-  /// Handles one message, an object, and calls `next` once, when those behind it may have their turn: on the
+  /// Handles one message and calls `next` once, when those behind it may have their turn: on the
   /// main loop, inside the call or later. `next` does nothing once the inbox is gone.
   using Handler = std::function<void(const base::Json& body, std::function<void()> next)>;
 
@@ -25,7 +25,7 @@ class Inbox {
   Inbox(const Inbox&) = delete;
   Inbox& operator=(const Inbox&) = delete;
 
-  /// Takes in a JSON document. Whatever is no object is dropped.
+  /// Takes in a JSON document. Whatever is none is dropped.
   void take(std::string json);
 
  private:

@@ -12,6 +12,7 @@
 #include "platform/memory/memory_stores.h"
 #include "tests/contract/dialog_rigs.h"
 #include "tests/contract/loop.h"
+#include "tests/contract/toplevels_linux.h"
 #include "tests/contract/window_home.h"
 
 namespace orvalle::contract {
@@ -55,14 +56,11 @@ class NativeAccessibilityRig {
   /// The windows "Permessi di Orvalle" that are on the screen.
   static std::vector<GtkWidget*> settings() {
     std::vector<GtkWidget*> found;
-    GList* windows = gtk_window_list_toplevels();
-    for (GList* each = windows; each; each = each->next) {
-      const char* title = gtk_window_get_title(GTK_WINDOW(each->data));
-      if (title && std::string(title) == "Permessi di Orvalle" &&
-          gtk_widget_get_mapped(GTK_WIDGET(each->data)))
-        found.push_back(GTK_WIDGET(each->data));
+    for (GtkWindow* window : toplevels()) {
+      if (g_strcmp0(gtk_window_get_title(window), "Permessi di Orvalle") == 0 &&
+          gtk_widget_get_mapped(GTK_WIDGET(window)))
+        found.push_back(GTK_WIDGET(window));
     }
-    g_list_free(windows);
     return found;
   }
 

@@ -9,6 +9,7 @@
 
 #include "platform/linux/factory.h"
 #include "tests/contract/loop.h"
+#include "tests/contract/toplevels_linux.h"
 #include "tests/contract/window_home.h"
 
 namespace orvalle::contract {
@@ -16,12 +17,10 @@ namespace orvalle::contract {
 /// The dialogs on the screen.
 inline std::vector<GtkDialog*> dialogs() {
   std::vector<GtkDialog*> found;
-  GList* windows = gtk_window_list_toplevels();
-  for (GList* each = windows; each; each = each->next) {
-    if (GTK_IS_DIALOG(each->data) && gtk_widget_get_mapped(GTK_WIDGET(each->data)))
-      found.push_back(GTK_DIALOG(each->data));
+  for (GtkWindow* window : toplevels()) {
+    if (GTK_IS_DIALOG(window) && gtk_widget_get_mapped(GTK_WIDGET(window)))
+      found.push_back(GTK_DIALOG(window));
   }
-  g_list_free(windows);
   return found;
 }
 

@@ -8,6 +8,7 @@
 
 #include "platform/linux/factory.h"
 #include "tests/contract/loop.h"
+#include "tests/contract/toplevels_linux.h"
 
 namespace orvalle::contract {
 
@@ -25,14 +26,10 @@ class NativePanelRig {
   void settle() { runFor(std::chrono::milliseconds(400)); }
 
   GtkWindow* window() const {
-    GtkWindow* found = nullptr;
-    GList* all = gtk_window_list_toplevels();
-    for (GList* each = all; each; each = each->next) {
-      if (g_strcmp0(gtk_window_get_role(GTK_WINDOW(each->data)), "overlay") == 0)
-        found = GTK_WINDOW(each->data);
+    for (GtkWindow* window : toplevels()) {
+      if (g_strcmp0(gtk_window_get_role(window), "overlay") == 0) return window;
     }
-    g_list_free(all);
-    return found;
+    return nullptr;
   }
   GdkWindow* nativeWindow() const { return gtk_widget_get_window(GTK_WIDGET(window())); }
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "tests/contract/status_item_rigs.h"
+#include "tests/contract/toplevels_linux.h"
 
 namespace orvalle::contract {
 namespace {
@@ -305,12 +306,10 @@ TEST_F(StatusItemOnTheBus, mirrorsSubmenus) {
 /// The menus of our own that are open.
 std::vector<GtkMenuShell*> openMenus() {
   std::vector<GtkMenuShell*> found;
-  GList* windows = gtk_window_list_toplevels();
-  for (GList* each = windows; each; each = each->next) {
-    GtkWidget* child = gtk_bin_get_child(GTK_BIN(each->data));
+  for (GtkWindow* window : toplevels()) {
+    GtkWidget* child = gtk_bin_get_child(GTK_BIN(window));
     if (child && GTK_IS_MENU(child) && gtk_widget_get_mapped(child)) found.push_back(GTK_MENU_SHELL(child));
   }
-  g_list_free(windows);
   return found;
 }
 

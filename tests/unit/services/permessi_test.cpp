@@ -180,6 +180,13 @@ TEST_F(PermessiTest, folderThatCannotBeMadeIsDenied) {
   EXPECT_TRUE(system.log.lines.empty());
 }
 
+TEST_F(PermessiTest, fullDiskIsDenied) {
+  fs::create_directories(folder);
+  // It opens, and has no room for a single byte.
+  fs::create_symlink("/dev/full", folder / ".prova");
+  EXPECT_EQ(permessi->provaDocumenti(), "negato");
+}
+
 TEST_F(PermessiTest, folderThatCannotBeWrittenIsDenied) {
   // Even for one who may write everywhere.
   fs::create_directories(folder / ".prova");
