@@ -19,6 +19,9 @@ export interface OrvalleOneWay {
   'tattile': { che?: string };
   'apri-preferenze': {};
   'apri-fuori': { url: string };
+  /** Installs what `aggiornamenti-cerca` found last. */
+  'aggiornamenti-installa': {};
+  'aggiornamenti-automatici': { acceso?: boolean };
   'attivita-accendi': { acceso?: boolean };
   'attivita-titoli': {};
   'attivita-cartella': {};
@@ -31,13 +34,17 @@ export interface OrvalleOneWay {
 export interface OrvalleAnswered {
   'stato-permesso': [{}, OrvalleNotificationWord];
   'permesso': [{}, OrvalleNotificationWord];
+  'aggiornamenti-stato': [{}, Json<OrvalleUpdates> | ''];
+  /** Empty when there was nothing to read. */
+  'aggiornamenti-cerca': [{}, Json<OrvalleRelease> | ''];
   /** The path of the file; empty when nothing was written. */
   'backup': [{ nome: string; contenuto: string }, string];
-  /** The name of the newest backup; empty without one. */
+  /** The greatest name of a backup; empty without one. */
   'backup-ultimo': [{}, string];
   'backup-elenco': [{}, Json<OrvalleBackup[]>];
-  'attivita-stato': [{}, Json<unknown>];
-  'attivita-giorno': [{ giorno: string }, Json<unknown>];
+  'attivita-stato': [{}, Json<OrvalleDiary> | ''];
+  /** The local day, such as 2026-11-16. */
+  'attivita-giorno': [{ giorno: string }, Json<OrvalleBlock[]>];
   'permessi-stato': [{}, Json<OrvallePermissions> | ''];
   'permessi-notifiche': [{}, OrvalleNotificationWord];
   'permessi-documenti': [{}, 'concesso' | 'negato'];
@@ -47,7 +54,44 @@ export type Json<T> = string & { readonly __parsed?: T };
 export type OrvalleNotificationWord = 'default' | 'denied' | 'granted';
 export type OrvallePermission = 'notifiche' | 'accessibilita' | 'documenti';
 
-/** The newest comes first. */
+export interface OrvalleUpdates {
+  versione: string;
+  /** The only part of a version that is compared. */
+  build: number;
+  /** Whether the program looks for updates by itself. */
+  automatico: boolean;
+  /** When the last update was begun, in UTC, and to which version; both or neither. */
+  ultimoQuando?: string;
+  ultimaVersione?: string;
+}
+
+/** The newest release that the server offers. */
+export interface OrvalleRelease {
+  /** Whether it is newer than the program that runs. */
+  esito: 'trovato' | 'aggiornato';
+  versione: string;
+  build: number;
+  note?: string;
+  /** Words of any kind. */
+  pubblicato?: string;
+}
+
+export interface OrvalleDiary {
+  acceso: boolean;
+  /** Whether it may read window titles. */
+  titoli: boolean;
+  cartella: string;
+}
+
+/** What was in front, and from when to when, in UTC, such as 2026-11-16T00:59:33Z. The oldest comes first. */
+export interface OrvalleBlock {
+  app: string;
+  titolo?: string;
+  da: string;
+  a: string;
+}
+
+/** The greatest name comes first. */
 export interface OrvalleBackup {
   nome: string;
   /** Bytes. */
