@@ -18,6 +18,8 @@ export function permissionsSection({ desktop }) {
   if (!desktop.present) return { element: h('p', { class: 'vuoto' }, 'I permessi servono solo nell’app desktop.') };
 
   const states = {};
+  // Whether the backup folder can be written to, as soon as it was tried: more than the desktop says by itself.
+  let tried = null;
   const row = (name, label, hint, ...buttons) => {
     states[name] = h('output', { id: `permesso-${name}` }, '…');
     return h('div', { class: 'voce' }, h('div', {}, label, h('p', { class: 'nota' }, hint)), states[name], buttons);
@@ -31,7 +33,8 @@ export function permissionsSection({ desktop }) {
     } catch {
       // Shown as not known.
     }
-    for (const [name, output] of Object.entries(states)) output.textContent = kWords[state[name]] ?? 'Non si sa';
+    const words = { ...state, documenti: tried ?? state.documenti };
+    for (const [name, output] of Object.entries(states)) output.textContent = kWords[words[name]] ?? 'Non si sa';
     const signature = state.firmaStabile ? 'firma stabile' : 'senza firma stabile';
     facts.textContent = state.versione
       ? `Versione ${state.versione}, ${signature}, in ${state.percorso}. I backup vanno in ${state.cartellaBackup}.`
@@ -62,8 +65,8 @@ export function permissionsSection({ desktop }) {
       'Cartella dei documenti',
       'Per i backup.',
       button('Prova', async () => {
-        const word = await desktop.ask('permessi-documenti');
-        states.documenti.textContent = kWords[word] ?? 'Non si sa';
+        tried = await desktop.ask('permessi-documenti');
+        await refresh();
       }),
     ),
     h(
