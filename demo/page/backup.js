@@ -19,9 +19,9 @@ export function backupText(state) {
   return JSON.stringify({ formato: 1, stato: state }, null, 2);
 }
 
-/** Whether the newest backup, by its name, is of another day. */
-export function isDue(newest, date) {
-  return !newest.startsWith(day(date));
+/** Whether no backup, by its name, is of this day. Names of other programs' making say nothing. */
+export function isDue(backups, date) {
+  return !backups.some(({ nome }) => nome.startsWith(day(date)));
 }
 
 /** The list that the desktop gives; empty when it is not one. */
@@ -44,6 +44,6 @@ export async function backUp(desktop, state, date = new Date()) {
 export async function backUpDaily(desktop, state, date = new Date()) {
   // The thirtieth of these would push out the last backup that holds something.
   if (JSON.stringify(state) === JSON.stringify(emptyState())) return false;
-  const newest = await desktop.ask('backup-ultimo');
-  return newest !== null && isDue(newest, date) && backUp(desktop, state, date);
+  const list = await desktop.ask('backup-elenco');
+  return list !== null && isDue(readBackups(list), date) && backUp(desktop, state, date);
 }

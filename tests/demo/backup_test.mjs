@@ -23,10 +23,19 @@ test('a backup holds the whole state', () => {
   assert.deepEqual(JSON.parse(backupText(state)).stato, state);
 });
 
-test('a backup is due when the newest is of another day', () => {
-  assert.equal(isDue('2026-01-09-000000.json', kMoment), false);
-  assert.equal(isDue('2026-01-08-235959.json', kMoment), true);
-  assert.equal(isDue('', kMoment), true);
+const listed = (...names) => names.map((nome) => ({ nome, peso: 2, quando: '2026-01-09T00:00:00Z' }));
+
+test('a backup is due when none is of this day', () => {
+  assert.equal(isDue(listed('2026-01-09-000000.json', '2026-01-08-235959.json'), kMoment), false);
+  assert.equal(isDue(listed('2026-01-08-235959.json'), kMoment), true);
+  assert.equal(isDue([], kMoment), true);
+});
+
+test('names that are greater than any day do not make a backup due', () => {
+  const today = '2026-01-09-000000.json';
+  assert.equal(isDue(listed('zzz.json', today), kMoment), false);
+  assert.equal(isDue(listed('2031-05-01-000000.json', today, 'altro.json'), kMoment), false);
+  assert.equal(isDue(listed('zzz.json', '2026-01-08-235959.json'), kMoment), true);
 });
 
 test('a backup went well when the desktop tells where it is', async () => {
@@ -38,9 +47,9 @@ test('a backup went well when the desktop tells where it is', async () => {
 });
 
 test('the first backup of the day is made once, and none without a desktop', async () => {
-  const first = desktopThat({ 'backup-ultimo': '', backup: '/tmp/x.json' });
+  const first = desktopThat({ 'backup-elenco': '[]', backup: '/tmp/x.json' });
   assert.equal(await backUpDaily(first, {}, kMoment), true);
-  const later = desktopThat({ 'backup-ultimo': '2026-01-09-000000.json' });
+  const later = desktopThat({ 'backup-elenco': JSON.stringify(listed('zzz.json', '2026-01-09-000000.json')) });
   assert.equal(await backUpDaily(later, {}, kMoment), false);
   assert.equal(later.asked.length, 1);
   const none = desktopThat({});
@@ -49,7 +58,7 @@ test('the first backup of the day is made once, and none without a desktop', asy
 });
 
 test('a state that holds nothing yet is not backed up by itself', async () => {
-  const desktop = desktopThat({ 'backup-ultimo': '', backup: '/tmp/x.json' });
+  const desktop = desktopThat({ 'backup-elenco': '[]', backup: '/tmp/x.json' });
   assert.equal(await backUpDaily(desktop, emptyState(), kMoment), false);
   assert.equal(await backUpDaily(desktop, { ...emptyState(), projectTitle: 'x' }, kMoment), true);
 });
