@@ -85,7 +85,9 @@ void Aggiornamenti::controlla(bool automatico) {
     if (!rilascio) {
       if (!automatico) inform("Non riesco a controllare gli aggiornamenti.", "Riprova quando c'è rete.");
     } else if (isNewer(*rilascio)) {
-      if (!automatico || saltato() != rilascio->build) proponi(*rilascio);
+      if (!automatico || (saltato() != rilascio->build && !proposte_.contains(rilascio->build))) {
+        proponi(*rilascio);
+      }
     } else if (!automatico) {
       inform("Sei già aggiornato.", "Orvalle " + versioneLeggibile() + " è l'ultima versione.");
     }
@@ -162,6 +164,9 @@ bool Aggiornamenti::fetch(std::function<void(std::optional<Rilascio>)> done) {
 }
 
 void Aggiornamenti::proponi(const Rilascio& rilascio) {
+  platform_.application.activate();
+  // Whoever asks while it is on show is shown it, not asked twice.
+  if (!proposte_.insert(rilascio.build).second) return;
   const std::string note = rilascio.note.value_or("");
   platform::Alert alert{"C'è Orvalle " + rilascio.versione,
                         (note.empty() ? "" : note + "\n\n") +
@@ -175,8 +180,8 @@ void Aggiornamenti::proponi(const Rilascio& rilascio) {
     alert.buttons.erase(alert.buttons.begin());
     alert.closing = 0;
   }
-  platform_.application.activate();
   platform_.alerts.show(alert, liveness_.guard([this, rilascio, buttons = alert.buttons](std::size_t button) {
+    proposte_.erase(rilascio.build);
     if (buttons[button] == kInstall) installazione_.scarica(rilascio);
     if (buttons[button] == kSkip) platform_.defaults.set(kSaltato, rilascio.build);
   }));

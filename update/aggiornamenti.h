@@ -4,6 +4,7 @@
 #include <functional>
 #include <list>
 #include <optional>
+#include <set>
 #include <string>
 
 #include "base/liveness.h"
@@ -49,8 +50,8 @@ class Aggiornamenti {
   /// Unless switched off: looks for an update now and then every six hours, skipping the hours in which it is
   /// switched off. Called once, at launch.
   void avvia();
-  /// Looks for an update and offers it. An automatic check keeps quiet about everything else, and about a
-  /// build that the user chose to skip.
+  /// Looks for an update and offers it, unless the same offer still waits for its answer. An automatic check
+  /// keeps quiet about everything else, and about a build that the user chose to skip.
   void controlla(bool automatico);
   /// Looks for an update without showing anything. `reply` is called once on the main loop, possibly inside
   /// this call: the empty text when there was nothing to read.
@@ -78,6 +79,8 @@ class Aggiornamenti {
   const link::WebAddress& address_;
   Installazione installazione_;
   std::optional<Rilascio> trovato_;
+  /// The builds that are offered and not yet answered for.
+  std::set<std::int64_t> proposte_;
   base::Subscription timer_;
   /// The fetches under way.
   std::list<base::Subscription> fetches_;

@@ -1,3 +1,4 @@
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 
@@ -89,6 +90,49 @@ TEST_F(PropostaTest, isNotMadeAgainWhenTheUserSkipsIt) {
   aggiornamenti.controlla(true);
   answer(manifest(6));
   EXPECT_TRUE(system.alerts.waiting.empty());
+}
+
+TEST_F(PropostaTest, isMadeOnceHoweverLongItWaits) {
+  aggiornamenti.avvia();
+  answer(manifest(6));
+  system.journal.clear();
+  for (int check = 0; check < 4; ++check) {
+    system.time.advance(std::chrono::hours(6));
+    answer(manifest(6));
+  }
+  EXPECT_EQ(system.http.requests.size(), 5u);
+  EXPECT_EQ(system.alerts.waiting.size(), 1u);
+  EXPECT_EQ(system.journal, Texts{});
+  system.alerts.press(2);
+  EXPECT_TRUE(system.alerts.waiting.empty());
+}
+
+TEST_F(PropostaTest, isMadeAgainOnlyOnceItIsAnswered) {
+  offer();
+  system.alerts.press(1);
+  offer();
+  aggiornamenti.controlla(true);
+  answer(manifest(6));
+  EXPECT_EQ(system.alerts.waiting.size(), 1u);
+}
+
+TEST_F(PropostaTest, comesToTheFrontWhenTheUserAsks) {
+  offer();
+  system.journal.clear();
+  aggiornamenti.controlla(false);
+  answer(manifest(6));
+  EXPECT_EQ(system.alerts.waiting.size(), 1u);
+  EXPECT_EQ(system.journal, Texts{"activate"});
+}
+
+TEST_F(PropostaTest, ofAnotherReleaseWaitsItsTurn) {
+  offer();
+  aggiornamenti.controlla(true);
+  answer(manifest(7));
+  EXPECT_EQ(system.alerts.waiting.size(), 2u);
+  system.alerts.press(2);
+  EXPECT_EQ(system.defaults.value("aggiornamentoSaltato"), platform::Defaults::Value(std::int64_t{6}));
+  EXPECT_EQ(system.alerts.waiting.size(), 1u);
 }
 
 TEST_F(PropostaTest, ofAPackageIsLeftToThePackageManager) {
