@@ -268,6 +268,7 @@ Start startApplication(int argc, char** argv, const ProgramInfo& info) {
     case CommandLine::Request::Service:
       break;
   }
+  awaitReplacedInstance();
   chooseDisplay();
   chooseGraphics();
   // Before anything of GTK: it would take the start-up notification that the running instance needs to come

@@ -5,6 +5,7 @@
 #include "platform/archive_listing.h"
 #include "platform/bundle.h"
 #include "platform/linux/factory.h"
+#include "platform/linux/running_instance.h"
 
 namespace orvalle::platform::linuxos {
 namespace {
@@ -44,7 +45,9 @@ class BundleTools final : public PackageTools {
 
   std::string copyLine() const override { return R"(/bin/cp -aT "$3" "$2")"; }
 
-  std::string openLine() const override { return R"(/usr/bin/setsid --fork "$2/AppRun")"; }
+  std::string openLine() const override {
+    return std::string(kAfterUpdate) + R"(=1 /usr/bin/setsid --fork "$2/AppRun")";
+  }
 
  private:
   const Bundle& bundle_;

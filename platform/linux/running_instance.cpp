@@ -9,6 +9,8 @@ namespace {
 constexpr int kTimeoutMilliseconds = 3000;
 /// One that ends has the diary and the settings to write, on whatever disk they are.
 constexpr int kEndMilliseconds = 10000;
+/// One that is still there then is stuck, and is handed over to like any other.
+constexpr int kReplacedMilliseconds = 60000;
 
 GObjectPtr<GDBusConnection> sessionBus() {
   return GObjectPtr<GDBusConnection>::adopt(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
@@ -38,6 +40,16 @@ bool hasOwner(GDBusConnection* bus, const char* name) {
   gboolean owned = FALSE;
   if (answer.value) g_variant_get(answer.value.get(), "(b)", &owned);
   return owned;
+}
+
+/// Whether the owner of a name has gone within this time. A connection lasts as long as its process.
+bool waitUntilGone(GDBusConnection* bus, const char* owner, int milliseconds) {
+  constexpr int kPollMilliseconds = 20;
+  for (int waited = 0; waited < milliseconds; waited += kPollMilliseconds) {
+    if (!hasOwner(bus, owner)) return true;
+    g_usleep(kPollMilliseconds * 1000);
+  }
+  return false;
 }
 
 /// The proof that the user's own click stands behind the request: with it the window may take the focus.
@@ -94,14 +106,13 @@ bool quitRunningInstance() {
   g_variant_get(found.value.get(), "(&s)", &owner);
   call(bus.get(), owner, kObjectPath, "org.freedesktop.Application", "ActivateAction",
        g_variant_new("(sava{sv})", "quit", nullptr, nullptr));
+  return waitUntilGone(bus.get(), owner, kEndMilliseconds);
+}
 
-  // Its connection lasts as long as its process.
-  constexpr int kPollMilliseconds = 20;
-  for (int waited = 0; waited < kEndMilliseconds; waited += kPollMilliseconds) {
-    if (!hasOwner(bus.get(), owner)) return true;
-    g_usleep(kPollMilliseconds * 1000);
-  }
-  return false;
+void awaitReplacedInstance() {
+  if (!g_getenv(kAfterUpdate)) return;
+  g_unsetenv(kAfterUpdate);
+  if (const auto bus = sessionBus()) waitUntilGone(bus.get(), kApplicationId, kReplacedMilliseconds);
 }
 
 }  // namespace orvalle::platform::linuxos
