@@ -19,7 +19,7 @@ export function createDesktop(window, commands) {
     pending.get(id)?.(text);
   };
 
-  return {
+  const desktop = {
     get present() {
       return Boolean(handler());
     },
@@ -46,5 +46,14 @@ export function createDesktop(window, commands) {
         handler().postMessage({ tipo: kind, id, ...fields });
       });
     },
+    /** The same for an answer that is a document: what is in it; null when there is none. */
+    async askJson(...question) {
+      try {
+        return JSON.parse(await desktop.ask(...question));
+      } catch {
+        return null;
+      }
+    },
   };
+  return desktop;
 }

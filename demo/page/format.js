@@ -2,6 +2,7 @@
 
 const clockFormat = new Intl.DateTimeFormat('it-IT', { hour: '2-digit', minute: '2-digit' });
 const dayFormat = new Intl.DateTimeFormat('it-IT', { weekday: 'long', day: 'numeric', month: 'long' });
+const dateFormat = new Intl.DateTimeFormat('it-IT', { dateStyle: 'long' });
 const weekdayFormat = new Intl.DateTimeFormat('it-IT', { weekday: 'short' });
 
 /** Minutes as "24:13" or, from an hour on, "1:05:09". Rounds to whole seconds; negative values print as zero. */
@@ -42,6 +43,11 @@ export function timeOfDay(time) {
 export function dayName(time) {
   const name = dayFormat.format(time);
   return name.charAt(0).toUpperCase() + name.slice(1);
+}
+
+/** A day for all years: "16 novembre 2026". */
+export function longDate(time) {
+  return dateFormat.format(time);
 }
 
 export function weekday(time) {

@@ -18,6 +18,7 @@ test('in a browser without the bridge everything is allowed and nothing happens'
     desktop.post({ running: false });
     desktop.request('tattile');
     assert.equal(await desktop.ask('stato-permesso'), null);
+    assert.equal(await desktop.askJson('permessi-stato'), null);
   }
 });
 
@@ -63,6 +64,18 @@ test('answers find their questions by number, in any order', async () => {
   window.__orvalleRisposta(1, '');
   window.__orvalleRisposta(1, 'di nuovo');
   assert.deepEqual(await Promise.all([first, second]), ['', 'due']);
+});
+
+test('an answer that is a document is read, and one that is none is nothing', async () => {
+  const window = withBridge();
+  const desktop = createDesktop(window, {});
+  for (const [text, read] of [['{"a":1}', { a: 1 }], ['', null], ['{', null]]) {
+    const answer = desktop.askJson('attivita-giorno', { giorno: '2026-01-09' });
+    const { id, ...asked } = window.posted.at(-1);
+    assert.deepEqual(asked, { tipo: 'attivita-giorno', giorno: '2026-01-09' });
+    window.__orvalleRisposta(id, text);
+    assert.deepEqual(await answer, read);
+  }
 });
 
 test('a question that is never answered ends with nothing', async () => {

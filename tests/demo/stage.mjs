@@ -1,6 +1,7 @@
 // Stands in for the browser's document and for the desktop, as far as the screens of the settings need them.
 
 import { createDesktop } from '../../demo/page/desktop.js';
+import { createScreen } from '../../demo/page/screens/settings.js';
 
 class Node {
   hidden = false;
@@ -26,6 +27,7 @@ class Node {
     }
   }
   replaceChildren(...nodes) {
+    for (const child of this.children) if (child instanceof Node) child.parent = null;
     this.children = [];
     this.append(...nodes);
   }
@@ -58,16 +60,21 @@ class Node {
     }
     return null;
   }
+  focus() {
+    document.activeElement = this;
+  }
   async click() {
     await this.#listeners.click();
   }
 }
 
-/** Replaces the document for a test; what is appended to its body is on the screen. */
+/** Gives a test a document of its own, on a server that answers nothing; what is appended to its body is on the screen. */
 export function setStage(t) {
-  const before = globalThis.document;
+  const { document, location } = globalThis;
   globalThis.document = { createElement: (name) => new Node(name), body: new Node('body') };
-  t.after(() => (globalThis.document = before));
+  globalThis.location = new URL('http://localhost:4717/settings');
+  t.mock.method(globalThis, 'fetch', () => Promise.reject(new TypeError('no server')));
+  t.after(() => Object.assign(globalThis, { document, location }));
   return globalThis.document.body;
 }
 
@@ -87,6 +94,19 @@ export function desktopThat(answers) {
   };
   const window = { webkit: { messageHandlers: { orvalle: { postMessage } } } };
   return Object.assign(createDesktop(window, {}), { asked });
+}
+
+/** The settings' screen with one of its sections, on the screen. */
+export function openSettings(body, desktop, section = '') {
+  const screen = createScreen({
+    actions: {},
+    desktop,
+    link: { status: 'ignoto', pairing: null },
+    route: { query: new URLSearchParams({ sezione: section }) },
+  });
+  screen.update({ breakMin: 5 });
+  body.replaceChildren(screen.element);
+  return settled();
 }
 
 /** Lets everything that waits for an answer have it. */

@@ -3,16 +3,9 @@
 import { dayFrom, dayKey, readDay, stretches, totals } from '../activity.js';
 import { h } from '../dom.js';
 import { dayName, duration, timeOfDay } from '../format.js';
+import { button, row } from './rows.js';
 
 const kLookAgainMs = 15000;
-
-function row(label, hint, control) {
-  return h('div', { class: 'voce' }, h('div', {}, label, hint), control);
-}
-
-function button(text, click) {
-  return h('button', { type: 'button', class: 'secondario', on: { click } }, text);
-}
 
 // Lists without marks are none to assistive technologies, unless they say so.
 function totalsList(blocks) {
@@ -67,12 +60,7 @@ export function activitySection({ desktop }) {
   const content = h('div', { 'aria-live': 'polite' });
 
   async function refresh() {
-    const answer = await desktop.ask('attivita-stato');
-    try {
-      state = JSON.parse(answer);
-    } catch {
-      state = null;
-    }
+    state = await desktop.askJson('attivita-stato');
     power.textContent = state?.acceso ? 'Spegni' : 'Accendi';
     power.disabled = !state;
     titles.textContent = state?.titoli ? 'Consentiti' : 'Non consentiti: il diario annota solo le applicazioni.';
@@ -109,11 +97,7 @@ export function activitySection({ desktop }) {
     h(
       'div',
       { class: 'voci' },
-      row(
-        'Diario delle attività',
-        h('p', { class: 'nota' }, 'Annota quale applicazione hai davanti, da un minuto in su.'),
-        power,
-      ),
+      row('Diario delle attività', 'Annota quale applicazione hai davanti, da un minuto in su.', power),
       row('Titoli delle finestre', titles, button('Scegli…', () => desktop.request('attivita-titoli'))),
       row('Cartella', folder, button('Apri', () => desktop.request('attivita-cartella'))),
     ),

@@ -1,6 +1,7 @@
 // The settings' section on what the user and the system let the desktop do.
 
 import { h } from '../dom.js';
+import { button, row } from './rows.js';
 
 const kLookAgainMs = 5000;
 const kWords = {
@@ -10,29 +11,20 @@ const kWords = {
   'da-provare': 'Da provare',
 };
 
-function button(text, click) {
-  return h('button', { type: 'button', class: 'secondario', on: { click } }, text);
-}
-
 export function permissionsSection({ desktop }) {
   if (!desktop.present) return { element: h('p', { class: 'vuoto' }, 'I permessi servono solo nell’app desktop.') };
 
   const states = {};
   // Whether the backup folder can be written to, as soon as it was tried: more than the desktop says by itself.
   let tried = null;
-  const row = (name, label, hint, ...buttons) => {
+  const permission = (name, label, hint, ...buttons) => {
     states[name] = h('output', { id: `permesso-${name}` }, '…');
-    return h('div', { class: 'voce' }, h('div', {}, label, h('p', { class: 'nota' }, hint)), states[name], buttons);
+    return row(label, hint, states[name], ...buttons);
   };
   const facts = h('p', { class: 'nota posto' });
 
   async function refresh() {
-    let state = {};
-    try {
-      state = JSON.parse(await desktop.ask('permessi-stato')) ?? {};
-    } catch {
-      // Shown as not known.
-    }
+    const state = (await desktop.askJson('permessi-stato')) ?? {};
     const words = { ...state, documenti: tried ?? state.documenti };
     for (const [name, output] of Object.entries(states)) output.textContent = kWords[words[name]] ?? 'Non si sa';
     const signature = state.firmaStabile ? 'firma stabile' : 'senza firma stabile';
@@ -44,7 +36,7 @@ export function permissionsSection({ desktop }) {
   const element = h(
     'div',
     { id: 'permessi', class: 'voci' },
-    row(
+    permission(
       'notifiche',
       'Notifiche',
       'Per avvisarti quando il tempo è finito.',
@@ -54,13 +46,13 @@ export function permissionsSection({ desktop }) {
       }),
       button('Impostazioni…', () => desktop.request('permessi-apri', { quale: 'notifiche' })),
     ),
-    row(
+    permission(
       'accessibilita',
       'Titoli delle finestre',
       'Per il diario delle attività.',
       button('Scegli…', () => desktop.request('permessi-apri', { quale: 'accessibilita' })),
     ),
-    row(
+    permission(
       'documenti',
       'Cartella dei documenti',
       'Per i backup.',
@@ -69,12 +61,7 @@ export function permissionsSection({ desktop }) {
         await refresh();
       }),
     ),
-    h(
-      'div',
-      { class: 'voce' },
-      h('div', {}, 'App desktop', facts),
-      button('Riavvia Orvalle', () => desktop.request('permessi-riavvia')),
-    ),
+    row('App desktop', facts, button('Riavvia Orvalle', () => desktop.request('permessi-riavvia'))),
   );
   refresh();
   const timer = setInterval(() => (element.isConnected ? refresh() : clearInterval(timer)), kLookAgainMs);

@@ -5,14 +5,11 @@ import { kLongestMinutes } from '../session.js';
 import { shortcuts } from '../shortcuts.js';
 import { activitySection } from './activity.js';
 import { backupSection } from './backup.js';
+import { notificationsPart } from './notifications.js';
 import { pairingSection } from './pairing.js';
 import { permissionsSection } from './permissions.js';
-
-const kNotifications = { granted: 'Consentite', denied: 'Non consentite', default: 'Non ancora chieste' };
-
-function row(label, hint, control) {
-  return h('div', { class: 'voce' }, h('div', {}, label, hint && h('p', { class: 'nota' }, hint)), control);
-}
+import { button, row } from './rows.js';
+import { updatesPart } from './updates.js';
 
 function general({ actions, desktop }) {
   const minutes = h('input', {
@@ -50,11 +47,7 @@ function general({ actions, desktop }) {
     row(
       'Dati',
       'Task, sessioni e tempi stanno solo su questo computer.',
-      h(
-        'button',
-        { type: 'button', class: 'secondario', on: { click: () => actions.clear() } },
-        'Cancella tutto',
-      ),
+      button('Cancella tutto', () => actions.clear()),
     ),
   );
 
@@ -63,29 +56,25 @@ function general({ actions, desktop }) {
       row(
         'Browser',
         'Apre Orvalle anche nel tuo browser.',
-        h(
-          'button',
-          {
-            type: 'button',
-            class: 'secondario',
-            on: { click: () => desktop.request('apri-fuori', { url: location.origin + '/' }) },
-          },
-          'Apri nel browser',
-        ),
+        button('Apri nel browser', () => desktop.request('apri-fuori', { url: location.origin + '/' })),
       ),
     );
   }
-  desktop.ask('stato-permesso').then((word) => {
-    if (Object.hasOwn(kNotifications, word ?? ''))
-      rows.append(row('Notifiche', null, h('output', {}, kNotifications[word])));
-  });
 
   return {
-    element: rows,
+    element: h('div', {}, rows, desktop.present ? updatesPart({ desktop }) : null),
     update(state) {
       if (Number(minutes.value) !== state.breakMin && document.activeElement !== minutes)
         minutes.value = state.breakMin;
     },
+  };
+}
+
+function alerts(context) {
+  const pairing = pairingSection(context);
+  return {
+    element: h('div', {}, context.desktop.present ? notificationsPart(context) : null, pairing.element),
+    update: pairing.update,
   };
 }
 
@@ -137,7 +126,7 @@ function google(outcome) {
 
 const sections = [
   { name: null, label: 'Generali', make: general },
-  { name: 'avvisi', label: 'Avvisi', make: pairingSection },
+  { name: 'avvisi', label: 'Avvisi', make: alerts },
   { name: 'attivita', label: 'Attività', make: activitySection },
   { name: 'backup', label: 'Backup', make: backupSection },
   { name: 'permessi', label: 'Permessi', make: permissionsSection },
