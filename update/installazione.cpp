@@ -104,6 +104,8 @@ bool Installazione::replaceable() {
 
 void Installazione::download(const std::string& url, const std::string& versione) {
   underWay_ = true;
+  // A server need not say how much it sends, nor ever come to an end.
+  watchDisk(downloads_->path());
   transfer_ = platform_.http.download(
       url, downloads_->path() / "pacchetto.zip",
       liveness_.guard([this, versione](std::optional<int> status) { downloaded(status, versione); }));
@@ -116,6 +118,9 @@ void Installazione::download(const std::string& url, const std::string& versione
 void Installazione::downloaded(std::optional<int> status, const std::string& versione) {
   progress_.reset();
   transfer_.reset();
+  diskWatch_.reset();
+  // The disk may have filled up between two looks at it.
+  if (!status && roomAt(downloads_->path()) == 0) return failUpdate(kNoRoom);
   if (status != kOk) return fail("Scaricamento non riuscito.", "Riprova più tardi.");
   installa(downloads_->path() / "pacchetto.zip", versione);
 }
@@ -137,9 +142,7 @@ void Installazione::unpack(const fs::path& zip, const std::string& versione, con
   if (!hasRoomFor(std::get<std::uintmax_t>(judgement), work_->path(), platform_.bundle.path().parent_path()))
     return failUpdate(kNoRoom);
   // An archive may hold more than it says.
-  diskWatch_ = platform_.loop.every(kDiskLook, liveness_.guard([this] {
-    if (roomAt(work_->path()) == 0) failUpdate(kNoRoom);
-  }));
+  watchDisk(work_->path());
   run(platform_.packageTools.unpack(zip, work_->path()), [this, versione](const std::string&) {
     diskWatch_.reset();
     check(versione);
@@ -157,6 +160,12 @@ void Installazione::check(const std::string& versione) {
     return fail("Pacchetto non riconosciuto.", "Non sembra Orvalle.");
   run(platform_.packageTools.verify(*found),
       [this, found = *found, versione](const std::string&) { scambiaERiavvia(found, versione); });
+}
+
+void Installazione::watchDisk(const fs::path& folder) {
+  diskWatch_ = platform_.loop.every(kDiskLook, liveness_.guard([this, folder] {
+    if (roomAt(folder) == 0) failUpdate(kNoRoom);
+  }));
 }
 
 void Installazione::run(const platform::Command& command, std::function<void(const std::string&)> next) {

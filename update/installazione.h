@@ -46,6 +46,8 @@ class Installazione {
   void downloaded(std::optional<int> status, const std::string& versione);
   void unpack(const std::filesystem::path& zip, const std::string& versione, const std::string& listing);
   void check(const std::string& versione);
+  /// Gives up as soon as what is written into the folder would leave its disk less than its reserve.
+  void watchDisk(const std::filesystem::path& folder);
   /// Runs the next tool, and goes on with its output when it succeeds.
   void run(const platform::Command& command, std::function<void(const std::string& output)> next);
   /// Ends the installation that is under way: removes what it needed.

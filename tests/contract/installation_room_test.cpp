@@ -1,11 +1,13 @@
 #include <sched.h>
 #include <sys/mount.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstring>
 
 #include "tests/contract/installation_rig.h"
+#include "tests/contract/web_site.h"
 
 /// Packages on disks that are too small.
 namespace orvalle::contract {
@@ -55,6 +57,36 @@ class InstallationRoom : public Installation {
     return said.size() == 2 && said[0] == kFailed ? said[1] : "?";
   }
 
+  /// Downloads a package that never ends, and looks at the disk this often, in virtual time, at each turn of
+  /// the loop.
+  void downloadWithoutEnd(std::chrono::milliseconds pace) {
+    site.handlers["/x.zip"] = [](SoupServerMessage* message) {
+      soup_server_message_set_status(message, SOUP_STATUS_OK, nullptr);
+      soup_message_headers_set_encoding(soup_server_message_get_response_headers(message),
+                                        SOUP_ENCODING_CHUNKED);
+      append(message);
+      g_signal_connect(message, "wrote-chunk", G_CALLBACK(append), nullptr);
+    };
+    ours.scarica({"2.0", 2, site.url("/x.zip"), {}, {}});
+    const auto refused = [&] {
+      system.time.advance(pace);
+      leastRoom = std::min(leastRoom, fs::space(root / "tmp").available);
+      return !system.alerts.waiting.empty() && !system.alerts.waiting.front().progress;
+    };
+    ASSERT_TRUE(runUntil(refused, 60s));
+    EXPECT_EQ(system.alerts.waiting.front().alert.message, kFailed);
+    EXPECT_EQ(system.alerts.waiting.front().alert.informative, noRoom);
+    EXPECT_TRUE(fs::is_empty(root / "tmp"));
+    // Nothing is written any more, and what was is gone.
+    EXPECT_TRUE(runUntil([&] { return fs::space(root / "tmp").available > kReserve; }));
+    EXPECT_TRUE(processes.swap.empty());
+  }
+  static void append(SoupServerMessage* message) {
+    static const std::string piece(64 * 1024, 'x');
+    soup_message_body_append(soup_server_message_get_response_body(message), SOUP_MEMORY_STATIC, piece.data(),
+                             piece.size());
+  }
+
   void begin(std::uintmax_t bytes) {
     played.bytes = bytes;
     system.alerts.waiting.clear();
@@ -66,7 +98,11 @@ class InstallationRoom : public Installation {
   const std::string unpacked = "spacchettato\n";
   PlayedTools played;
   update::Installazione ours{
-      system.platform({.bundle = bundle.get(), .processes = &processes, .packageTools = &played}), address};
+      system.platform(
+          {.bundle = bundle.get(), .processes = &processes, .http = http.get(), .packageTools = &played}),
+      address};
+  WebSite site;
+  std::uintmax_t leastRoom = UINTMAX_MAX;
   std::vector<fs::path> disks;
 };
 
@@ -101,6 +137,18 @@ TEST_F(InstallationRoom, isWatchedWhileThePackageIsUnpacked) {
   // What was filling it has ended.
   EXPECT_TRUE(fs::is_empty(root / "tmp"));
   EXPECT_TRUE(runUntil([&] { return fs::space(root / "tmp").available > kReserve; }));
+}
+
+TEST_F(InstallationRoom, isWatchedWhileThePackageComes) {
+  makeDisk(root / "tmp", 8 * kMegabyte);
+  downloadWithoutEnd(200ms);
+  // What comes between two looks is all that the others miss.
+  EXPECT_GT(leastRoom, kReserve - 4 * kMegabyte);
+}
+
+TEST_F(InstallationRoom, isMissedAlsoWhereThePackageComesTooFastToWatch) {
+  makeDisk(root / "tmp", 8 * kMegabyte);
+  downloadWithoutEnd(0ms);
 }
 
 }  // namespace
