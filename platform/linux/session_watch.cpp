@@ -3,9 +3,11 @@
 #include <gio/gunixfdlist.h>
 #include <unistd.h>
 
-#include <set>
+#include <algorithm>
+#include <list>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/linux/factory.h"
@@ -37,6 +39,7 @@ class BusSessionWatch final : public SessionWatch {
   ~BusSessionWatch() override {
     g_cancellable_cancel(cancellable_.get());
     for (const auto& [bus, signal] : signals_) g_dbus_connection_signal_unsubscribe(bus.get(), signal);
+    for (const auto& each : covers_) g_bus_unwatch_name(each.watch);
     letSleep();
   }
 
@@ -44,6 +47,13 @@ class BusSessionWatch final : public SessionWatch {
 
  private:
   using Bus = GObjectPtr<GDBusConnection>;
+  /// A service that says that the screen is covered, and the interface by which it will take that back.
+  struct Cover {
+    BusSessionWatch* self;
+    std::string sender;
+    std::string interface;
+    guint watch;
+  };
 
   void listen(const Bus& bus, const char* sender, const char* interface, const char* signal, const char* path,
               const char* argument, GDBusSignalCallback callback) {
@@ -106,37 +116,55 @@ class BusSessionWatch final : public SessionWatch {
     }
   }
 
-  static void sessionChanged(GDBusConnection*, const char*, const char*, const char*, const char*,
+  static void sessionChanged(GDBusConnection* bus, const char* sender, const char*, const char*, const char*,
                              GVariant* parameters, gpointer data) {
     if (!g_variant_is_of_type(parameters, G_VARIANT_TYPE("(sa{sv}as)"))) return;
     const GlibPtr<GVariant> changed(g_variant_get_child_value(parameters, 1));
     gboolean locked = FALSE;
     if (g_variant_lookup(changed.get(), "LockedHint", "b", &locked))
-      static_cast<BusSessionWatch*>(data)->cover(kSession, locked);
+      static_cast<BusSessionWatch*>(data)->tell(bus, sender, kSession, locked);
   }
 
-  static void coverChanged(GDBusConnection*, const char*, const char*, const char* interface, const char*,
-                           GVariant* parameters, gpointer data) {
+  static void coverChanged(GDBusConnection* bus, const char* sender, const char*, const char* interface,
+                           const char*, GVariant* parameters, gpointer data) {
     if (!g_variant_is_of_type(parameters, G_VARIANT_TYPE("(b)"))) return;
     gboolean active = FALSE;
     g_variant_get(parameters, "(b)", &active);
-    static_cast<BusSessionWatch*>(data)->cover(interface, active);
+    static_cast<BusSessionWatch*>(data)->tell(bus, sender, interface, active);
   }
 
   /// Several services may tell of the same lock.
-  void cover(const char* who, bool covered) {
-    const bool before = !covers_.empty();
+  void tell(GDBusConnection* bus, const char* sender, const char* interface, bool covered) {
+    const auto told = std::find_if(covers_.begin(), covers_.end(), [&](const Cover& each) {
+      return each.sender == sender && each.interface == interface;
+    });
+    if (covered == (told != covers_.end())) return;
     if (covered) {
-      covers_.insert(who);
+      cover(bus, sender, interface);
     } else {
-      covers_.erase(who);
+      uncover(told);
     }
-    if (before == !covers_.empty() || !delegate_) return;
-    if (before) {
-      delegate_->didUnlock();
-    } else {
-      delegate_->didLock();
-    }
+  }
+
+  void cover(GDBusConnection* bus, const char* sender, const char* interface) {
+    auto& added = covers_.emplace_back(Cover{this, sender, interface, 0});
+    // Who dies will not take it back.
+    added.watch = g_bus_watch_name_on_connection(bus, sender, G_BUS_NAME_WATCHER_FLAGS_NONE, nullptr,
+                                                 vanished, &added, nullptr);
+    if (covers_.size() == 1 && delegate_) delegate_->didLock();
+  }
+
+  void uncover(std::list<Cover>::iterator cover) {
+    g_bus_unwatch_name(cover->watch);
+    covers_.erase(cover);
+    if (covers_.empty() && delegate_) delegate_->didUnlock();
+  }
+
+  static void vanished(GDBusConnection*, const char*, gpointer data) {
+    const auto& gone = *static_cast<Cover*>(data);
+    auto& self = *gone.self;
+    self.uncover(std::find_if(self.covers_.begin(), self.covers_.end(),
+                              [&](const Cover& each) { return &each == &gone; }));
   }
 
   /// Asks for the moment that is needed before the machine sleeps.
@@ -169,8 +197,8 @@ class BusSessionWatch final : public SessionWatch {
   SessionDelegate* delegate_ = nullptr;
   Bus system_;
   std::vector<std::pair<Bus, guint>> signals_;
-  /// Who says that the screen is covered.
-  std::set<std::string> covers_;
+  /// A list, because those who watch know the covers by their place.
+  std::list<Cover> covers_;
   /// Closing this file lets the machine sleep.
   int delay_ = -1;
 };
