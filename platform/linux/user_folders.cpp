@@ -1,5 +1,9 @@
 #include "platform/user_folders.h"
 
+#include <pwd.h>
+#include <unistd.h>
+
+#include <array>
 #include <fstream>
 #include <optional>
 #include <string>
@@ -52,6 +56,15 @@ std::optional<fs::path> documentsIn(std::string_view line, const fs::path& home)
   return {};
 }
 
+/// The home folder of the user's account. GLib gives what stands in HOME, even when that is nothing.
+fs::path accountHome() {
+  passwd entry{};
+  passwd* found = nullptr;
+  std::array<char, 16384> texts;
+  if (::getpwuid_r(::getuid(), &entry, texts.data(), texts.size(), &found) != 0 || !found) return "/";
+  return found->pw_dir;
+}
+
 /// The folders that the desktop names. GLib knows how to read them too, but goes on with a choice that the
 /// user has taken back.
 class DesktopFolders final : public UserFolders {
@@ -73,7 +86,10 @@ class DesktopFolders final : public UserFolders {
   fs::path temporary() const override { return g_get_tmp_dir(); }
 
  private:
-  fs::path home() const { return environment_.variable("HOME").value_or(g_get_home_dir()); }
+  fs::path home() const {
+    const fs::path given = environment_.variable("HOME").value_or("");
+    return given.is_absolute() ? given : accountHome();
+  }
 
   /// By the rules for these folders, one that is not absolute is no folder.
   fs::path baseFolder(const char* variable, const char* usual) const {

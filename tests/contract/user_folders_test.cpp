@@ -1,6 +1,8 @@
 #include "platform/user_folders.h"
 
 #include <gtest/gtest.h>
+#include <pwd.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <fstream>
@@ -98,6 +100,20 @@ TEST_F(UserFoldersTest, supportIsWhereTheEnvironmentSaysIfThatIsAFolder) {
   EXPECT_EQ(folders->applicationSupport(), home / ".local/share");
   const Variable empty("XDG_DATA_HOME", "");
   EXPECT_EQ(folders->applicationSupport(), home / ".local/share");
+}
+
+TEST_F(UserFoldersTest, aHomeThatIsNoFolderIsPassedOverForTheAccounts) {
+  const Variable noData("XDG_DATA_HOME", "");
+  const fs::path account = ::getpwuid(::getuid())->pw_dir;
+  ASSERT_TRUE(account.is_absolute());
+  for (const char* text : {"", "relativa"}) {
+    const Variable none("HOME", text);
+    EXPECT_EQ(folders->documents(), account / "Documents") << text;
+    EXPECT_EQ(folders->applicationSupport(), account / ".local/share") << text;
+    choose("XDG_DOCUMENTS_DIR=\"$HOME/Documenti\"");
+    EXPECT_EQ(folders->documents(), account / "Documenti") << text;
+    fs::remove(home / ".config/user-dirs.dirs");
+  }
 }
 
 }  // namespace
