@@ -17,6 +17,8 @@ constexpr char kAccessible[] = "org.a11y.atspi.Accessible";
 constexpr char kWindowEvents[] = "org.a11y.atspi.Event.Window";
 constexpr char kBus[] = "org.freedesktop.DBus";
 
+/// How long after one failed the next attempt to get at the bus comes. It may start a process each time.
+constexpr gint64 kPause = 5 * gint64{G_USEC_PER_SEC};
 /// Programs that hang are not to hold us up.
 constexpr int kPatienceMilliseconds = 250;
 constexpr glong kLongestTitle = 1024;
@@ -31,21 +33,17 @@ struct Place {
 };
 
 /// Listens to what programs tell assistive technologies of their windows, from the first look on. Programs
-/// that tell nothing are not seen.
+/// that tell nothing are not seen. Their bus may be missing, or close and come back.
 class AtspiFrontmost final : public Frontmost {
  public:
-  AtspiFrontmost() : cancellable_(GObjectPtr<GCancellable>::adopt(g_cancellable_new())) {}
+  AtspiFrontmost() = default;
   AtspiFrontmost(const AtspiFrontmost&) = delete;
   AtspiFrontmost& operator=(const AtspiFrontmost&) = delete;
-  ~AtspiFrontmost() override {
-    g_cancellable_cancel(cancellable_.get());
-    if (!bus_) return;
-    for (const guint subscription : subscriptions_)
-      g_dbus_connection_signal_unsubscribe(bus_.get(), subscription);
-  }
+  ~AtspiFrontmost() override { forget(); }
 
   std::optional<std::string> applicationName() override {
-    if (!std::exchange(started_, true)) start();
+    if (bus_ && g_dbus_connection_is_closed(bus_.get())) forget();
+    if (!bus_) start();
     if (bus_ && !front_) lookAround();
     looked_ = front_;
     return front_ ? name_ : std::nullopt;
@@ -88,10 +86,37 @@ class AtspiFrontmost final : public Frontmost {
         new Question{this, answered, place});
   }
 
+  /// Answers that are still on their way are of the bus that was.
+  void forget() {
+    g_cancellable_cancel(cancellable_.get());
+    cancellable_ = GObjectPtr<GCancellable>::adopt(g_cancellable_new());
+    if (bus_) {
+      for (const guint subscription : subscriptions_)
+        g_dbus_connection_signal_unsubscribe(bus_.get(), subscription);
+    }
+    bus_ = {};
+    front_.reset();
+    looked_.reset();
+    started_.reset();
+    lookedAround_.reset();
+  }
+
+  /// Whether this is long enough after the last time to do again what is done now and then.
+  static bool isTime(std::optional<gint64>& last, gint64 pause) {
+    const gint64 now = g_get_monotonic_time();
+    if (last && now - *last < pause) return false;
+    last = now;
+    return true;
+  }
+
   void start() {
+    if (!isTime(started_, kPause)) return;
     const auto session =
         GObjectPtr<GDBusConnection>::adopt(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
     if (!session) return;
+    // A slow answer to the attempt before would only be a second bus.
+    g_cancellable_cancel(cancellable_.get());
+    cancellable_ = GObjectPtr<GCancellable>::adopt(g_cancellable_new());
     ask(session.get(), {"org.a11y.Bus", "/org/a11y/bus"}, "org.a11y.Bus", "GetAddress", nullptr,
         &AtspiFrontmost::connect);
   }
@@ -126,9 +151,7 @@ class AtspiFrontmost final : public Frontmost {
 
   /// What came to the front before anybody listened tells nothing more of itself: it has to be found.
   void lookAround() {
-    const gint64 now = g_get_monotonic_time();
-    if (now - lookedAround_ < G_USEC_PER_SEC) return;
-    lookedAround_ = now;
+    if (!isTime(lookedAround_, G_USEC_PER_SEC)) return;
     ask(bus_.get(), {kRegistry, kRoot}, kAccessible, "GetChildren", nullptr, &AtspiFrontmost::foundPrograms);
   }
 
@@ -213,11 +236,12 @@ class AtspiFrontmost final : public Frontmost {
     if (!*newOwner && self.front_ && self.front_->program == name) self.front_.reset();
   }
 
-  GObjectPtr<GCancellable> cancellable_;
+  GObjectPtr<GCancellable> cancellable_ = GObjectPtr<GCancellable>::adopt(g_cancellable_new());
   GObjectPtr<GDBusConnection> bus_;
   guint subscriptions_[2] = {};
-  bool started_ = false;
-  gint64 lookedAround_ = -G_USEC_PER_SEC;
+  /// When the bus was asked for last, and when the programs were; absent before the first time.
+  std::optional<gint64> started_;
+  std::optional<gint64> lookedAround_;
   /// Absent while no window is known to be in front.
   std::optional<Place> front_;
   /// The window of the last look.

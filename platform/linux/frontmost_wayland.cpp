@@ -114,7 +114,7 @@ class WaylandFrontmost final : public Frontmost {
     // Who did not ask for the title of the last look is not to have titles lie about here.
     if (!std::exchange(titleWanted_, false) && windows_->keepsTitles()) listWindows(false);
     connection_->handleArrived();
-    const Window* front = windows_->front();
+    const Window* front = inFront();
     application_ = front ? front->face.application : std::string();
     return names_.ofWindows(application_, application_);
   }
@@ -123,7 +123,7 @@ class WaylandFrontmost final : public Frontmost {
     if (application_.empty()) return {};
     titleWanted_ = true;
     if (!windows_->keepsTitles()) listWindows(true);
-    const Window* front = windows_->front();
+    const Window* front = inFront();
     // The user may have gone on to another application meanwhile.
     if (!front || front->face.application != application_ || front->face.title.empty()) return {};
     const GlibPtr<char> valid(g_utf8_make_valid(front->face.title.c_str(), -1));
@@ -133,6 +133,9 @@ class WaylandFrontmost final : public Frontmost {
   }
 
  private:
+  /// What a compositor told before it went is true no more.
+  const Window* inFront() const { return connection_->works() ? windows_->front() : nullptr; }
+
   void listWindows(bool keepTitles) {
     windows_.reset();
     windows_ = std::make_unique<WindowList>(*connection_, keepTitles);

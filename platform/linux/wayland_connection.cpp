@@ -63,7 +63,7 @@ void WaylandConnection::send() {
 gboolean WaylandConnection::arrived(gint, GIOCondition, gpointer data) {
   auto& self = *static_cast<WaylandConnection*>(data);
   self.handleArrived();
-  if (wl_display_get_error(self.display_) == 0) return G_SOURCE_CONTINUE;
+  if (self.works()) return G_SOURCE_CONTINUE;
   self.source_ = 0;
   return G_SOURCE_REMOVE;
 }

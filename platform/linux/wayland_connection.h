@@ -20,6 +20,8 @@ class WaylandConnection {
   WaylandConnection& operator=(const WaylandConnection&) = delete;
   ~WaylandConnection();
 
+  /// False for good once the compositor is gone or has refused something.
+  bool works() const { return wl_display_get_error(display_) == 0; }
   bool offers(const wl_interface& interface) const { return globals_.contains(interface.name); }
   /// Binds version 1 of what the compositor offers; null pointer where it does not.
   template <typename Proxy>

@@ -3,6 +3,7 @@
 #include <gio/gio.h>
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -86,6 +87,75 @@ TEST_F(FrontmostAtspi, hasNothingOnceTheProgramInFrontHasDied) {
   program.die();
   EXPECT_TRUE(becomes(std::nullopt));
   EXPECT_EQ(frontmost->focusedWindowTitle(), std::nullopt);
+}
+
+GObjectPtr<GDBusConnection> connectTo(const char* address) {
+  auto bus = GObjectPtr<GDBusConnection>::adopt(g_dbus_connection_new_for_address_sync(
+      address,
+      static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                        G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
+      nullptr, nullptr, nullptr));
+  if (!bus) throw std::runtime_error("no bus");
+  return bus;
+}
+
+GlibPtr<GVariant> callBus(GDBusConnection* bus, const char* method, GVariant* arguments) {
+  return GlibPtr<GVariant>(g_dbus_connection_call_sync(bus, "org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                                       "org.freedesktop.DBus", method, arguments, nullptr,
+                                                       G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr));
+}
+
+/// With the bus of the assistive technologies ended: in a session of its own, as other tests need that bus.
+class AccessibilityBus : public FrontmostAtspi {
+ protected:
+  /// Ends it, and with it the service that leads to it.
+  void endBus() {
+    const GlibPtr<GVariant> answer(g_dbus_connection_call_sync(session.get(), "org.a11y.Bus", "/org/a11y/bus",
+                                                               "org.a11y.Bus", "GetAddress", nullptr, nullptr,
+                                                               G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr));
+    ASSERT_TRUE(answer);
+    const char* address = nullptr;
+    g_variant_get(answer.get(), "(&s)", &address);
+    const auto bus = connectTo(address);
+    const auto process =
+        callBus(bus.get(), "GetConnectionUnixProcessID", g_variant_new("(s)", "org.freedesktop.DBus"));
+    ASSERT_TRUE(process);
+    guint32 pid = 0;
+    g_variant_get(process.get(), "(u)", &pid);
+    ASSERT_EQ(::kill(static_cast<pid_t>(pid), SIGTERM), 0);
+    ASSERT_TRUE(contract::runUntil([&] { return g_dbus_connection_is_closed(bus.get()); }));
+    ASSERT_TRUE(contract::runUntil(
+        [&] { return !callBus(session.get(), "GetNameOwner", g_variant_new("(s)", "org.a11y.Bus")); }));
+  }
+
+  GObjectPtr<GDBusConnection> session =
+      GObjectPtr<GDBusConnection>::adopt(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
+};
+
+TEST_F(AccessibilityBus, hasNothingOnceItEndsAndListensToTheNextOne) {
+  const Foreign first("Quaderno", "a");
+  ASSERT_TRUE(becomes("Quaderno"));
+  endBus();
+  EXPECT_EQ(frontmost->focusedWindowTitle(), std::nullopt);
+  EXPECT_EQ(frontmost->applicationName(), std::nullopt);
+  EXPECT_EQ(frontmost->focusedWindowTitle(), std::nullopt);
+  const Foreign second("Disegno", "b");
+  EXPECT_TRUE(becomes("Disegno"));
+  EXPECT_EQ(frontmost->focusedWindowTitle(), "b");
+}
+
+TEST_F(AccessibilityBus, isLookedForAgainWhereItWasMissing) {
+  endBus();
+  // Whoever has the name and knows no such question.
+  const GlibPtr<char> address(g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
+  auto other = connectTo(address.get());
+  ASSERT_TRUE(callBus(other.get(), "RequestName", g_variant_new("(su)", "org.a11y.Bus", 0u)));
+  EXPECT_EQ(frontmost->applicationName(), std::nullopt);
+  contract::runFor(std::chrono::seconds(1));
+  EXPECT_EQ(frontmost->applicationName(), std::nullopt);
+  g_dbus_connection_close_sync(other.get(), nullptr, nullptr);
+  const Foreign program("Quaderno", "a");
+  EXPECT_TRUE(becomes("Quaderno"));
 }
 
 }  // namespace

@@ -3,11 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <gio/gio.h>
+#include <sys/socket.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <memory>
+#include <set>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/input_idle.h"
@@ -43,6 +47,14 @@ class Terminal {
  private:
   GObjectPtr<GSubprocess> process_;
 };
+
+/// The descriptors of the process, each with what it leads to.
+std::set<std::pair<int, std::string>> openFiles() {
+  std::set<std::pair<int, std::string>> files;
+  for (const auto& each : std::filesystem::directory_iterator("/proc/self/fd"))
+    files.emplace(std::stoi(each.path().filename()), std::filesystem::read_symlink(each));
+  return files;
+}
 
 class WaylandIdle : public ::testing::Test {
  protected:
@@ -104,6 +116,24 @@ TEST_F(WaylandSession, knowsWhatWasThereBeforeIt) {
   const Terminal terminal("Quaderno", "a");
   ASSERT_TRUE(becomes("Quaderno"));
   EXPECT_EQ(makeWaylandFrontmost()->applicationName(), "Quaderno");
+}
+
+TEST_F(WaylandSession, hasNothingOnceTheCompositorIsGone) {
+  const Terminal terminal("Quaderno", "a");
+  for (const bool titleKept : {false, true}) {
+    const auto before = openFiles();
+    frontmost = makeWaylandFrontmost();
+    ASSERT_TRUE(becomes("Quaderno"));
+    if (titleKept) ASSERT_EQ(frontmost->focusedWindowTitle(), "a");
+    // The compositor stays, for the other tests; its connection ends as it would without it.
+    for (const auto& file : openFiles()) {
+      if (!before.contains(file)) ::shutdown(file.first, SHUT_RDWR);
+    }
+    EXPECT_EQ(frontmost->applicationName(), std::nullopt);
+    EXPECT_EQ(frontmost->focusedWindowTitle(), std::nullopt);
+    contract::runFor(200ms);
+    EXPECT_EQ(frontmost->applicationName(), std::nullopt);
+  }
 }
 
 TEST_F(WaylandIdle, tellsHowLongTheSessionHasBeenLeftAlone) {
