@@ -4,7 +4,7 @@ import shutil
 
 import pytest
 
-from harness import pictures
+from harness import pictures, processes
 from harness.accessibility import Accessibility
 from harness.desktop import Desktop
 from harness.home import Home
@@ -51,6 +51,36 @@ def site():
     """The web application that the program is pointed at."""
     with Site() as running:
         yield running
+
+
+@pytest.fixture
+def dunst(desktop):
+    """A real notification server; a click on a notification chooses its default action."""
+    config = desktop.folder / "dunstrc"
+    config.write_text("[global]\norigin = top-left\noffset = 10x10\nwidth = 400\nfont = DejaVu Sans 12\nmarkup = full\n"
+                      "mouse_left_click = do_action\nenable_recursive_icon_lookup = true\n[urgency_normal]\n"
+                      'background = "#0000ff"\nforeground = "#ffffff"\ntimeout = 0\n', encoding="utf-8")
+    process = desktop.spawn("dunst", ["dunst", "-conf", str(config)])
+    processes.wait_for("notification server", lambda: "true" in desktop.run(
+        "gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path", "/org/freedesktop/DBus",
+        "--method", "org.freedesktop.DBus.NameHasOwner", "org.freedesktop.Notifications"))
+    yield process
+    if process.poll() is None:
+        desktop.end(process)
+
+
+@pytest.fixture
+def preferences(home):
+    """A desktop that has settings for notifications; how often they were opened."""
+    record = home.folder / "settings-opened"
+    script = home.folder / "settings"
+    script.write_text(f'#!/bin/sh\necho "$0" >>"{record}"\n', encoding="utf-8")
+    script.chmod(0o755)
+    applications = home.data / "applications"
+    applications.mkdir(parents=True, exist_ok=True)
+    (applications / "gnome-notifications-panel.desktop").write_text(
+        f"[Desktop Entry]\nType=Application\nName=Avvisi\nExec={script}\n", encoding="utf-8")
+    return lambda: len(record.read_text(encoding="utf-8").splitlines()) if record.exists() else 0
 
 
 @pytest.fixture

@@ -8,14 +8,23 @@ import pytest
 
 from harness import processes
 from harness.accessibility import Accessibility
+from harness.program import BUNDLE, build_folder
 from harness.realtime import DemoServer, Peer
 
 REMOTE = pathlib.Path(__file__).parent / "harness/remote.mjs"
 
 
 @pytest.fixture
-def server(desktop):
-    running = DemoServer(desktop)
+def published(desktop, home):
+    """The folder with the updates that the server publishes: none at first."""
+    folder = home.folder / "published"
+    folder.mkdir()
+    return folder
+
+
+@pytest.fixture
+def server(desktop, published):
+    running = DemoServer(desktop, "--updates", str(published))
     yield running
     running.stop()
 
@@ -34,14 +43,22 @@ def access(desktop, start, server, request):
     return Accessibility(desktop, program.pid)
 
 
+@pytest.fixture
+def click(desktop, access):
+    def press(role, name):
+        access.wait(role, name)
+        time.sleep(1)  # what can be found may not be pressed yet, or still move
+        x, y, width, height = access.wait(role, name)["box"]
+        desktop.hand.click(x + width // 2, y + height // 2)
+    return press
+
+
 @pytest.mark.parametrize("access", ["/settings?sezione=avvisi"], indirect=True)
-def test_what_the_page_copies_pairs_the_program(access, desktop, start, home, server, tray):
+def test_what_the_page_copies_pairs_the_program(access, click, desktop, start, home, server, tray):
     item = tray.wait_item()
     access.wait_text(server.keys()["channelKey"])
     access.wait_text("Attivo")
-    x, y, width, height = access.wait("push button", "Copia")["box"]
-    time.sleep(1)  # the button can be found before it can be pressed
-    desktop.hand.click(x + width // 2, y + height // 2)
+    click("push button", "Copia")
     access.wait_text("Copiati tutti e tre")
     item.menu.click("Abbina…")
     pairing = desktop.windows.wait(start.started[0].pid, "Abbina Orvalle")
@@ -91,3 +108,41 @@ def test_idle_page_passes_commands_on_to_a_session_elsewhere(pair, access, deskt
     time.sleep(2)
     assert peer.obeyed() == [("task", "a"), ("stop", None)]
     peer.end()
+
+
+@pytest.mark.parametrize("access", ["/settings?sezione=avvisi"], indirect=True)
+def test_settings_try_notifications_and_find_an_update(dunst, preferences, published, access, click, desktop, start, home):
+    access.wait_text("Consentite")
+    click("push button", "Prova")
+    access.wait_text("Inviata: se non appare, vedi le preferenze.")
+    processes.wait_for("notification", lambda: "«Prova» mostrata" in start.started[0].log())
+    assert desktop.run("dunstctl", "count", "displayed").strip() == "1"
+    desktop.run("dunstctl", "close-all")
+    click("push button", "Preferenze…")
+    processes.wait_for("the desktop's preferences", lambda: preferences() == 1)
+    desktop.end(dunst)
+    access.wait_text("Non consentite")
+    assert not access.find("push button", "Prova")
+
+    click("link", "Generali")
+    click("push button", "Cerca aggiornamenti")
+    access.wait_text("Non riesco a controllare: riprova quando c’è rete.")
+    information = json.loads((build_folder() / BUNDLE / "Info.json").read_text(encoding="utf-8"))
+    release = {"versione": "2.0", "build": int(information["CFBundleVersion"]), "url": "Orvalle-2.0.zip", "note": "Più veloce."}
+    (published / "versione.json").write_text(json.dumps(release), encoding="utf-8")
+    click("push button", "Cerca aggiornamenti")
+    access.wait_text("Sei già aggiornato.")
+    assert not access.find("push button", "Aggiorna e riavvia")
+    release["build"] += 1
+    (published / "versione.json").write_text(json.dumps(release), encoding="utf-8")
+    click("push button", "Cerca aggiornamenti")
+    access.wait_text("Più veloce. L’app si chiude e si riapre da sola.")
+    # There is no package, so that the program under test stays what it is.
+    click("push button", "Aggiorna e riavvia")
+    access.wait_text("Scaricamento non riuscito.")
+    access.press("push button", "Va bene")
+    click("push button", "Spegni")
+    access.wait("push button", "Accendi")
+    processes.wait_for("the setting", lambda: home.defaults().get("aggiornamentiAutomatici") is False)
+    click("push button", "Accendi")
+    processes.wait_for("the setting", lambda: home.defaults().get("aggiornamentiAutomatici") is True)

@@ -18,8 +18,6 @@ from harness.program import BUNDLE, build_folder, inherited_options  # noqa: E40
 from harness.requests import Requests  # noqa: E402
 from harness.tray import connect  # noqa: E402
 
-SERVER = "org.freedesktop.Notifications"
-
 # Values of every type, as script.
 VALUES = ["undefined", "null", "true", "0", "1.5", "NaN", "''", "'x'", "[]", "{}", "['x']", "() => 1", "new Date(0)"]
 ARGUMENTS = ["titolo", "corpo", "tag", "che", "url", "acceso", "nome", "contenuto", "giorno", "quale", "altro"]
@@ -38,25 +36,6 @@ def requests(page, orvalle):
 def folder(home):
     """Where this user's backups go."""
     return home.folder / "Documents/Orvalle Backup"
-
-
-def has_owner(desktop, name):
-    return "true" in desktop.run("gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path",
-                                 "/org/freedesktop/DBus", "--method", "org.freedesktop.DBus.NameHasOwner", name)
-
-
-@pytest.fixture
-def dunst(desktop):
-    """A real notification server; a click on a notification chooses its default action."""
-    config = desktop.folder / "dunstrc"
-    config.write_text("[global]\norigin = top-left\noffset = 10x10\nwidth = 400\nfont = DejaVu Sans 12\nmarkup = full\n"
-                      "mouse_left_click = do_action\nenable_recursive_icon_lookup = true\n[urgency_normal]\n"
-                      'background = "#0000ff"\nforeground = "#ffffff"\ntimeout = 0\n', encoding="utf-8")
-    process = desktop.spawn("dunst", ["dunst", "-conf", str(config)])
-    processes.wait_for("notification server", lambda: has_owner(desktop, SERVER))
-    yield process
-    if process.poll() is None:
-        desktop.end(process)
 
 
 def count(desktop):
@@ -260,19 +239,11 @@ class TestPermissions:
             time.sleep(0.3)
             assert manager.shown == [[(home.folder / "Documents").as_uri()]]
 
-    def test_settings_for_notifications_are_those_of_the_desktop(self, home, requests):
-        record = home.folder / "settings-opened"
-        script = home.folder / "settings"
-        script.write_text(f'#!/bin/sh\necho "$0" >>"{record}"\n', encoding="utf-8")
-        script.chmod(0o755)
-        applications = home.data / "applications"
-        applications.mkdir(parents=True, exist_ok=True)
-        (applications / "gnome-notifications-panel.desktop").write_text(
-            f"[Desktop Entry]\nType=Application\nName=Avvisi\nExec={script}\n", encoding="utf-8")
+    def test_settings_for_notifications_are_those_of_the_desktop(self, preferences, requests):
         requests.tell("apri-preferenze")
-        processes.wait_for("settings", record.exists)
+        processes.wait_for("settings", lambda: preferences() == 1)
         requests.tell("permessi-apri", quale="notifiche")
-        processes.wait_for("settings again", lambda: len(record.read_text().splitlines()) == 2)
+        processes.wait_for("settings again", lambda: preferences() == 2)
 
 
 class FileManager:
