@@ -2,13 +2,12 @@ import assert from 'node:assert/strict';
 import { test } from 'node:test';
 
 import { createDesktop } from '../../demo/page/desktop.js';
-import { desktopThat, openSettings, setStage, settled } from './stage.mjs';
+import { desktopThat, lookAgain, openSettings, setStage } from './stage.mjs';
 
 const kSection = 'avvisi';
 
 test('a user who was never asked is asked, and then can try', async (t) => {
   const body = setStage(t);
-  t.mock.timers.enable({ apis: ['setInterval', 'setTimeout'] });
   let word = 'default';
   const desktop = desktopThat({ 'stato-permesso': () => word, permesso: () => (word = 'granted') });
   await openSettings(body, desktop, kSection);
@@ -21,14 +20,12 @@ test('a user who was never asked is asked, and then can try', async (t) => {
   await body.find('button', 'Prova').click();
   assert.deepEqual(desktop.asked.map(({ tipo }) => tipo), ['permesso', 'notifica']);
   assert.ok(body.find('p', 'Inviata: se non appare, vedi le preferenze.'));
-  t.mock.timers.tick(5000);
-  await settled();
+  await lookAgain();
   assert.ok(body.find('p', 'Inviata: se non appare, vedi le preferenze.'), 'the look again has put the hint back');
 });
 
 test('where they are not allowed the preferences are left, and a change there is seen', async (t) => {
   const body = setStage(t);
-  t.mock.timers.enable({ apis: ['setInterval', 'setTimeout'] });
   let word = 'granted';
   const desktop = desktopThat({ 'stato-permesso': () => word, permesso: () => word });
   await openSettings(body, desktop, kSection);
@@ -41,13 +38,13 @@ test('where they are not allowed the preferences are left, and a change there is
   await body.find('button', 'Preferenze…').click();
   assert.deepEqual(desktop.asked.at(-1), { tipo: 'apri-preferenze' });
   word = 'granted';
-  t.mock.timers.tick(5000);
-  await settled();
+  await lookAgain();
   assert.ok(body.find('output', 'Consentite'));
 
   body.replaceChildren();
   const before = desktop.asked.length;
-  t.mock.timers.tick(60000);
+  await lookAgain();
+  await lookAgain();
   assert.equal(desktop.asked.length, before, 'a section that is gone looks again');
 });
 

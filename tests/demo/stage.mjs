@@ -68,11 +68,20 @@ class Node {
   }
 }
 
+const intervals = new Map();
+
 /** Gives a test a document of its own, on a server that answers nothing; what is appended to its body is on the screen. */
 export function setStage(t) {
   const { document, location } = globalThis;
   globalThis.document = { createElement: (name) => new Node(name), body: new Node('body') };
   globalThis.location = new URL('http://localhost:4717/settings');
+  intervals.clear();
+  t.mock.method(globalThis, 'setInterval', (callback) => {
+    const timer = Symbol('timer');
+    intervals.set(timer, callback);
+    return timer;
+  });
+  t.mock.method(globalThis, 'clearInterval', (timer) => intervals.delete(timer));
   t.mock.method(globalThis, 'fetch', () => Promise.reject(new TypeError('no server')));
   t.after(() => Object.assign(globalThis, { document, location }));
   return globalThis.document.body;
@@ -106,6 +115,12 @@ export function openSettings(body, desktop, section = '') {
   });
   screen.update({ breakMin: 5 });
   body.replaceChildren(screen.element);
+  return settled();
+}
+
+/** The time of every timer that repeats has come once. */
+export function lookAgain() {
+  for (const callback of [...intervals.values()]) callback();
   return settled();
 }
 
