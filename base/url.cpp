@@ -141,6 +141,13 @@ std::optional<Url> Url::parse(std::string_view text) {
   return url;
 }
 
+std::optional<Url> parseOrigin(std::string_view address) {
+  const auto colon = address.find(':');
+  if (colon == std::string_view::npos) return {};
+  const bool hasAuthority = address.substr(colon).starts_with("://");
+  return Url::parse(address.substr(0, hasAuthority ? address.find_first_of("/?#", colon + 3) : colon + 1));
+}
+
 std::optional<Url> resolve(std::string_view reference, const Url& home) {
   const auto own = Url::parse(reference);
   if (!own) return {};

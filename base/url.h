@@ -62,6 +62,11 @@ class Url {
   std::optional<std::string> host_;
 };
 
+/// The beginning, scheme and authority, of an address that a browser has taken apart and written again.
+/// Behind these it leaves characters as they are that RFC 3986 does not allow. Absent where the beginning is
+/// no URL.
+std::optional<Url> parseOrigin(std::string_view address);
+
 /// The reference as an address of its own, relative ones seen from `home` (RFC 3986, 5.2). Absent when it is
 /// empty or not valid, and when it is relative and `home` has no scheme.
 std::optional<Url> resolve(std::string_view reference, const Url& home);

@@ -8,7 +8,7 @@ namespace {
 /// Runs in our own world. The event's detail is a text whatever the page made of the event, or it is dropped.
 /// A long one goes in pieces, cut where no character is halved.
 constexpr char kRelay[] = R"js((() => {
-  const longest = 64 * 1024 * 1024;
+  const longest = 160 * 1024 * 1024;
   const step = 256 * 1024;
   const handler = window.webkit.messageHandlers['HANDLER'];
   const postPieces = text => {

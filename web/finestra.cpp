@@ -13,6 +13,8 @@ constexpr char kFrameKey[] = "NSWindow Frame finestraPrincipale";
 constexpr char kMessageHandler[] = "orvalle";
 constexpr char kAgree[] = "Va bene";
 constexpr char kCancel[] = "Annulla";
+/// How long a page may load pictures and the like before it is taken for complete.
+constexpr std::chrono::seconds kLoading{5};
 /// How long a page may keep the user waiting before they are asked.
 constexpr std::chrono::seconds kPatience{10};
 
@@ -55,7 +57,11 @@ bool Finestra::comanda(const std::string& command, const std::optional<std::stri
 }
 
 void Finestra::consegna(const std::string& command, const std::optional<std::string>& id) {
-  if (!loaded_ || !comanda(command, id)) waiting_.emplace_back(command, id);
+  if (ready_) {
+    comanda(command, id);
+  } else if (!failed_) {
+    waiting_.emplace_back(command, id);
+  }
 }
 
 void Finestra::rispondi(std::optional<std::int64_t> id, const std::string& text) {
@@ -81,6 +87,7 @@ void Finestra::costruisci() {
 
 void Finestra::load(const base::Url& url) {
   trust_.willLoad(url.text());
+  failed_ = false;
   window_->load(url.text());
 }
 
@@ -96,7 +103,7 @@ void Finestra::mostraErrore(const std::string& description) {
 
 platform::NavigationPolicy Finestra::decidePolicy(const platform::NavigationAction& action) {
   if (!action.url || !action.linkActivated) return platform::NavigationPolicy::Allow;
-  const auto target = base::Url::parse(*action.url);
+  const auto target = base::parseOrigin(*action.url);
   if (target && target->host() == indirizzo().host()) return platform::NavigationPolicy::Allow;
   platform_.workspace.open(*action.url);
   return platform::NavigationPolicy::Cancel;
@@ -104,20 +111,32 @@ platform::NavigationPolicy Finestra::decidePolicy(const platform::NavigationActi
 
 void Finestra::didStart(const std::string& url) {
   trust_.didStart(url);
+  failed_ = false;
 }
 
 void Finestra::didCommit(const std::string& url) {
   trust_.didCommit(url);
-  loaded_ = false;
+  ready_ = false;
+  loading_ = platform_.loop.after(kLoading, liveness_.guard([this] { deliver(); }));
 }
 
 void Finestra::didFinish() {
-  loaded_ = true;
-  for (const auto& [command, id] : std::exchange(waiting_, {})) consegna(command, id);
+  deliver();
 }
 
 void Finestra::didFail(const std::string& description) {
+  loading_.reset();
+  ready_ = false;
+  failed_ = true;
+  waiting_.clear();
   mostraErrore(description);
+}
+
+void Finestra::deliver() {
+  loading_.reset();
+  if (!trust_.serves(indirizzo().host())) return;
+  ready_ = true;
+  for (const auto& [command, id] : std::exchange(waiting_, {})) comanda(command, id);
 }
 
 void Finestra::didStopAnswering() {

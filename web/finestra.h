@@ -49,8 +49,8 @@ class Finestra : private platform::WebWindowDelegate {
   /// Gives the page a command with an optional argument. False, with nothing done, when there is no page to
   /// take it.
   bool comanda(const std::string& command, const std::optional<std::string>& id);
-  /// Gives the page a command for certain: one that cannot take it yet gets it as soon as it has loaded, and
-  /// so does the page that comes after the offline one.
+  /// Gives the page a command, and to one that is still loading as soon as it can take it. Nothing while the
+  /// offline page is shown: hours later nobody would expect it.
   void consegna(const std::string& command, const std::optional<std::string>& id);
   /// Answers the page's request `id` with `text`; nothing without an id or before the window is built.
   void rispondi(std::optional<std::int64_t> id, const std::string& text);
@@ -62,6 +62,8 @@ class Finestra : private platform::WebWindowDelegate {
   void waitForPage(std::chrono::seconds patience);
   void askWhetherToWait();
   void mostraErrore(const std::string& description);
+  /// The page has loaded, or has had its time for that: gives it what waited.
+  void deliver();
   void handleMessage(const base::Json& body, std::function<void()> next);
   void pushSnapshot(const base::Json& body);
 
@@ -87,9 +89,13 @@ class Finestra : private platform::WebWindowDelegate {
   /// Runs while the page does not answer; the question that comes then.
   base::Subscription patience_;
   base::Subscription question_;
-  /// The page's script has run.
-  bool loaded_ = false;
-  /// The commands that wait for that: word and argument.
+  /// Runs while the page's last parts load.
+  base::Subscription loading_;
+  /// The page can take commands.
+  bool ready_ = false;
+  /// The last load failed.
+  bool failed_ = false;
+  /// The commands that wait for the page: word and argument.
   std::vector<std::pair<std::string, std::optional<std::string>>> waiting_;
   base::Liveness liveness_;
 };

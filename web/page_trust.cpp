@@ -17,7 +17,7 @@ std::string lowerCase(std::string text) {
 }
 
 std::optional<std::string> hostOf(const std::string& url) {
-  const auto parsed = base::Url::parse(url);
+  const auto parsed = base::parseOrigin(url);
   if (!parsed || !parsed->host()) return {};
   return lowerCase(*parsed->host());
 }

@@ -22,7 +22,8 @@ namespace orvalle::platform::linuxos {
 class PageBridge {
  public:
   /// `received` is called on the main loop with each message as a JSON document. Messages that JSON cannot
-  /// express, and those longer than sixty-four million characters, are dropped. `handler` is an identifier.
+  /// express, and those longer than a hundred and sixty million characters, are dropped. `handler` is an
+  /// identifier.
   PageBridge(const std::string& handler, const std::string& documentStartScript,
              std::function<void(std::string json)> received);
 

@@ -108,7 +108,10 @@ gboolean WebView::decidePolicy(WebKitWebView*, WebKitPolicyDecision* decision, W
 NavigationPolicy WebView::decide(WebKitPolicyDecision* decision) {
   const auto action = actionOf(decision);
   const auto policy = delegate_.decidePolicy(action);
-  if (policy == NavigationPolicy::Allow) allowed_ = action.url.value_or("");
+  if (policy != NavigationPolicy::Allow) return policy;
+  allowed_ = action.url.value_or("");
+  // Frames within the page may ask between this and the start.
+  if (ownLoadAwaited_ && allowed_ == ownAddress_) ownLoadAllowed_ = true;
   return policy;
 }
 
@@ -132,20 +135,21 @@ void WebView::loadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer self) 
 
 void WebView::awaitOwnLoad() {
   ownLoadAwaited_ = true;
+  ownLoadAllowed_ = false;
   ownAddress_ = address();
 }
 
 void WebView::started() {
   gaveUp_ = false;
   // The view's address still is the old one when a page goes elsewhere by itself, and is ours already when a
-  // load of the page's comes in before ours: only what was let through last tells them apart.
-  ownLoad_ = ownLoadAwaited_ && allowed_ == ownAddress_;
+  // load of the page's comes in before ours: only what was let through tells them apart.
+  ownLoad_ = ownLoadAwaited_ && ownLoadAllowed_;
   if (ownLoad_) ownLoadAwaited_ = false;
-  started_ = allowed_;
-  if (!ownLoadAwaited_ && allowed_ != kBlankAddress) html_ = false;
+  started_ = ownLoad_ ? ownAddress_ : allowed_;
+  if (!ownLoadAwaited_ && started_ != kBlankAddress) html_ = false;
   if (html_) return;
   startTimeout();
-  delegate_.didStart(allowed_);
+  delegate_.didStart(started_);
 }
 
 void WebView::committed() {

@@ -69,6 +69,8 @@ class WebView {
   std::string ownAddress_;
   /// Our last load has not started yet: whatever ends meanwhile makes room for it.
   bool ownLoadAwaited_ = false;
+  /// It has been let through.
+  bool ownLoadAllowed_ = false;
   /// The load that started last is ours, not the page's or the user's.
   bool ownLoad_ = false;
   /// We gave up the load under way ourselves and have told so.

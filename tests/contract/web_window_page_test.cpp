@@ -191,13 +191,28 @@ TEST_F(WebWindowPage, longMessageLeavesTurnsToOthersAndThoseBehindItTheirPlace) 
   EXPECT_GE(other.betweenTheFirstTwo, 20);
 }
 
+TEST_F(WebWindowPage, loadsOfFramesDoNotPassForOurs) {
+  for (int round = 0; round < 10; ++round) {
+    load("/");
+    window->evaluate(R"(setInterval(() => {
+      const frame = document.createElement('iframe');
+      frame.src = '/cornice' + Math.random();
+      document.body.append(frame);
+    }, 0))");
+    runFor(milliseconds(20 + 7 * round));
+    window->load(rig.goodUrl());
+    ASSERT_TRUE(rig.wait([&] { return rig.owner.saw("commit " + rig.goodUrl()); })) << round;
+    EXPECT_TRUE(rig.owner.saw("start " + rig.goodUrl())) << round;
+  }
+}
+
 TEST_F(WebWindowPage, messagesOfAnAbsurdLengthAreDropped) {
   load("/");
   const std::string post = "window.webkit.messageHandlers.orvalle.postMessage";
-  window->evaluate(post + "('x'.repeat(64 * 1024 * 1024 - 1))");
-  window->evaluate(post + "('x'.repeat(64 * 1024 * 1024 - 2))");
+  window->evaluate(post + "('x'.repeat(160 * 1024 * 1024 - 1))");
+  window->evaluate(post + "('x'.repeat(160 * 1024 * 1024 - 2))");
   ASSERT_TRUE(rig.wait([&] { return !events().empty(); }));
-  EXPECT_EQ(events()[0].size(), std::string("message orvalle ").size() + 64 * 1024 * 1024);
+  EXPECT_EQ(events()[0].size(), std::string("message orvalle ").size() + 160 * 1024 * 1024);
   EXPECT_EQ(valueOf("'fine'"), R"("fine")");
 }
 

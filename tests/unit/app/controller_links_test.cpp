@@ -5,6 +5,8 @@
 namespace orvalle::app {
 namespace {
 
+using namespace std::chrono_literals;
+
 class ControllerLinksTest : public ControllerFixture {
  protected:
   void launchWithLoadedPage() {
@@ -88,27 +90,50 @@ TEST_F(ControllerLinksTest, googleWaitsForAPageThatIsStillLoading) {
   EXPECT_EQ(commands().size(), 2U) << "given once";
 }
 
-TEST_F(ControllerLinksTest, googleWaitsForThePageAfterTheOfflineOne) {
+TEST_F(ControllerLinksTest, googleReachesAPageWhoseLastPartsNeverCome) {
   launch();
-  window().fail("nessuna rete");
-  window().hasPage = false;
-  controller->applicationOpen({"orvalle://google"});
-  EXPECT_EQ(commands(), Texts());
-  controller->applicationOpen({"orvalle://accesso?codice=A"});
+  controller->applicationOpen({"orvalle://google?esito=uno"});
   window().commit();
+  system.time.advance(4900ms);
+  EXPECT_EQ(commands(), Texts());
+  system.time.advance(200ms);
+  EXPECT_EQ(commands(), Texts{vai("uno")});
   window().finish();
-  EXPECT_EQ(commands(), Texts{vai("ok")});
+  EXPECT_EQ(commands().size(), 1U) << "given once";
 }
 
-TEST_F(ControllerLinksTest, googleWaitsForThePageAfterOneThatBrokeDown) {
-  launchWithLoadedPage();
-  window().hasPage = false;
-  window().fail("il processo si è chiuso");
+TEST_F(ControllerLinksTest, googleWaitsUntilThePageIsOurs) {
+  launch();
   controller->applicationOpen({"orvalle://google"});
+  window().navigateByScript("https://login.example/");
+  window().finish();
+  system.time.advance(10s);
   EXPECT_EQ(commands(), Texts());
   window().navigateByScript("https://app.example/");
   window().finish();
   EXPECT_EQ(commands(), Texts{vai("ok")});
+}
+
+TEST_F(ControllerLinksTest, googleIsLostWithTheLoadThatFails) {
+  launch();
+  controller->applicationOpen({"orvalle://google?esito=uno"});
+  window().fail("nessuna rete");
+  window().hasPage = false;
+  controller->applicationOpen({"orvalle://google?esito=due"});
+  controller->applicationOpen({"orvalle://accesso?codice=A", "orvalle://google?esito=tre"});
+  window().commit();
+  window().finish();
+  EXPECT_EQ(commands(), Texts{vai("tre")});
+}
+
+TEST_F(ControllerLinksTest, googleIsLostOnAPageThatBrokeDown) {
+  launchWithLoadedPage();
+  window().hasPage = false;
+  window().fail("il processo si è chiuso");
+  controller->applicationOpen({"orvalle://google"});
+  window().navigateByScript("https://app.example/");
+  window().finish();
+  EXPECT_EQ(commands(), Texts());
 }
 
 TEST_F(ControllerLinksTest, signInTakesThePlaceOfTheFirstLoad) {

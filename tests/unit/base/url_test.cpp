@@ -110,5 +110,31 @@ TEST_F(UrlTest, encodesQueryTextByteForByte) {
   }
 }
 
+TEST(ParseOrigin, readsTheBeginningOfWhatABrowserWrote) {
+  const auto origin = parseOrigin("https://app.example:8080/a b?q=50%&f={1}#[x]|");
+  ASSERT_TRUE(origin);
+  EXPECT_EQ(origin->scheme(), "https");
+  EXPECT_EQ(origin->host(), "app.example");
+  EXPECT_EQ(parseOrigin("https://app.example?q=%")->host(), "app.example");
+  EXPECT_EQ(parseOrigin("https://app.example#%")->host(), "app.example");
+  EXPECT_EQ(parseOrigin("https://[::1]:4717/")->host(), "[::1]");
+}
+
+TEST(ParseOrigin, findsNoHostWhereThereIsNone) {
+  for (const char* address :
+       {"about:blank", "mailto:chi@app.example", "file:///tmp/x", "data:text/html,//app.example/",
+        "javascript:location='https://app.example/'"}) {
+    ASSERT_TRUE(parseOrigin(address)) << address;
+    EXPECT_EQ(parseOrigin(address)->host(), std::nullopt) << address;
+  }
+}
+
+TEST(ParseOrigin, refusesABeginningThatIsNoUrl) {
+  for (const char* address :
+       {"", "app.example", "https://x@app.example@evil.example/", "https://app.example\\@evil.example/",
+        "https://app example/", "//app.example/", "1:x"})
+    EXPECT_FALSE(parseOrigin(address)) << address;
+}
+
 }  // namespace
 }  // namespace orvalle::base

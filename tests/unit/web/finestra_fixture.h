@@ -24,6 +24,7 @@ class FinestraFixture : public ::testing::Test {
   void showPage() {
     finestra->mostra();
     window().commit();
+    window().finish();
     window().scripts.clear();
   }
   void showOfflinePage() {

@@ -63,8 +63,12 @@ TEST_F(FinestraLinksTest, openOutsideWithoutAHost) {
   expectOutside("about:blank");
 }
 
+TEST_F(FinestraLinksTest, stayInsideWithWhateverABrowserLeavesAsItIs) {
+  for (const char* path : {"/cerca?q=50%", "/x?f={1}", "/x?a|b^`", "/a[1]", "/#[x]|", "?%zz", "#%"})
+    expectInside(std::string("https://app.example") + path);
+}
+
 TEST_F(FinestraLinksTest, openOutsideWhenTheyDoNotParse) {
-  expectOutside("https://app.example/a b");
   // Other programs read the last host here, not ours.
   expectOutside("https://x@app.example@evil.example/");
 }

@@ -46,6 +46,14 @@ TEST_F(PageTrustTest, servesTheApplicationsOwnHost) {
   EXPECT_TRUE(serves());
 }
 
+TEST_F(PageTrustTest, servesItWithWhateverABrowserLeavesAsItIs) {
+  load("https://app.example/");
+  move("https://app.example/cerca?q=50%&f={1}#[x]|");
+  EXPECT_TRUE(serves());
+  load("https://altrove.example/?q=50%");
+  EXPECT_TRUE(serves());
+}
+
 TEST_F(PageTrustTest, servesNoHostThatAScriptWentTo) {
   load("https://app.example/");
   for (const std::string url :
