@@ -43,13 +43,23 @@ class BundleTools final : public PackageTools {
     return command;
   }
 
-  std::string copyLine() const override { return R"(/bin/cp -aT "$3" "$2")"; }
+  std::string copyLine() const override {
+    // Until then the new one is its user's alone.
+    return R"(/bin/cp -aT "$3" "$2" && /bin/chmod )" + rootMode() + R"( "$2")";
+  }
 
   std::string openLine() const override {
     return std::string(kAfterUpdate) + R"(=1 /usr/bin/setsid --fork "$2/AppRun")";
   }
 
  private:
+  /// What others may do with the installed bundle, they may do with the next one; writing is never among it.
+  std::string rootMode() const {
+    std::error_code error;
+    const auto mode = static_cast<unsigned>(std::filesystem::status(bundle_.path(), error).permissions());
+    return "7" + std::to_string(mode >> 3 & 5) + std::to_string(mode & 5);
+  }
+
   const Bundle& bundle_;
   std::string signer_;
 };

@@ -18,13 +18,16 @@ namespace fs = std::filesystem;
 
 class Swap : public SignedBundle {
  protected:
-  Swap() {
-    write(script, update::swapScript(*tools), 0755);
-    makeBundle(copy, "nuovo");
-    fs::permissions(copy, fs::perms(0700));
-  }
+  Swap() { prepare(); }
   ~Swap() override {
     if (child > 0) end();
+  }
+  /// Puts the script and the new bundle where an update leaves them.
+  void prepare() {
+    write(script, update::swapScript(*tools), 0755);
+    fs::remove_all(copy);
+    makeBundle(copy, "nuovo");
+    fs::permissions(copy, fs::perms(0700));
   }
   /// The program that is to be replaced.
   void startChild() {
@@ -64,9 +67,22 @@ TEST_F(Swap, replacesAndReopensOnceTheProgramHasEnded) {
   end();
   ASSERT_TRUE(done());
   EXPECT_EQ(everything(app), expected);
+  EXPECT_EQ(fs::status(app).permissions(), fs::perms(0755));
   EXPECT_FALSE(fs::exists(copy));
   EXPECT_EQ(read(root / "partita"), "nuovo\n");
   EXPECT_EQ(platform::linuxos::verifyBundle(app), std::nullopt);
+}
+
+TEST_F(Swap, leavesTheBundleOpenToThoseToWhomItWasButForWriting) {
+  for (const auto& [before, after] : {std::pair(0755, 0755), {0750, 0750}, {0700, 0700}, {0777, 0755}}) {
+    fs::permissions(app, fs::perms(before));
+    prepare();
+    fs::remove(root / "partita");
+    ASSERT_EQ(processes->startDetached("/bin/sh", {script, "999999999", app, copy}), std::nullopt);
+    ASSERT_TRUE(done());
+    EXPECT_EQ(fs::status(app).permissions(), fs::perms(after)) << std::oct << before;
+    EXPECT_EQ(platform::linuxos::verifyBundle(app), std::nullopt);
+  }
 }
 
 TEST_F(Swap, takesAnyPathAsItIs) {

@@ -24,10 +24,10 @@ ODD = "due parole \"e' $(virgolette) `x` àè"
 
 
 def contents(folder):
-    """Everything below a folder by its path: mode, and bytes or target."""
+    """A folder and everything below it by its path: mode, and bytes or target."""
     return {path.relative_to(folder).as_posix(): (path.lstat().st_mode, os.readlink(path) if path.is_symlink() else
                                                   path.read_bytes() if path.is_file() else None)
-            for path in sorted(folder.rglob("*"))}
+            for path in [folder, *sorted(folder.rglob("*"))]}
 
 
 class Release:
