@@ -40,6 +40,8 @@ TEST_F(BundleSignature, holdsForTheBundleAsItIs) {
   fs::rename(app, root / "Altro nome.app");
   app = root / "Altro nome.app";
   EXPECT_EQ(trouble(), "");
+  fs::permissions(app, fs::perms(0700));
+  EXPECT_EQ(trouble(), "");
 }
 
 TEST_F(BundleSignature, namesTheFileThatIsNotAsItWas) {
@@ -51,6 +53,9 @@ TEST_F(BundleSignature, namesTheFileThatIsNotAsItWas) {
       {"bin/altro: non fa parte della firma", [&] { write(app / "bin/altro", ""); }},
       {"vuota: non fa parte della firma", [&] { fs::create_directory(app / "vuota"); }},
       {"Signature/altro: non fa parte della firma", [&] { write(app / "Signature/altro", ""); }},
+      {"Signature: permessi cambiati", [&] { fs::permissions(app / "Signature", fs::perms(0777)); }},
+      {app.string() + ": aperto in scrittura ad altri", [&] { fs::permissions(app, fs::perms(0777)); }},
+      {app.string() + ": aperto in scrittura ad altri", [&] { fs::permissions(app, fs::perms(0775)); }},
       {"share/programma: alterato",
        [&] {
          fs::remove(app / "share/programma");
@@ -89,6 +94,9 @@ TEST_F(BundleSignature, isNeverMadeForSpecialRightsAndFiles) {
   fs::permissions(app / "bin/orvalle", fs::perms(04755));
   EXPECT_EQ(signBundle(app), "bin/orvalle: permessi speciali");
   EXPECT_EQ(trouble(), "bin/orvalle: permessi speciali");
+  fs::permissions(app, fs::perms(0777));
+  EXPECT_EQ(signBundle(app), app.string() + ": aperto in scrittura ad altri");
+  fs::permissions(app, fs::perms(0755));
   fs::remove(app / "bin/orvalle");
   ::mkfifo((app / "bin/orvalle").c_str(), 0644);
   EXPECT_EQ(signBundle(app), "bin/orvalle: non è un file");

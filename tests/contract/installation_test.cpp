@@ -51,6 +51,8 @@ TEST_F(Installation, refusesWhatIsNotAsItWasSigned) {
   expectRefused("extra", kFailed, "bin/altro: non fa parte della firma");
   expectRefused("line_break", kFailed, "b: non fa parte della firma");
   expectRefused("mode", kFailed, "bin/orvalle: permessi cambiati");
+  expectRefused("open_root", kFailed, "Orvalle.app: aperto in scrittura ad altri");
+  expectRefused("open_signature", kFailed, "Signature: permessi cambiati");
   expectRefused("setuid", kFailed, "bin/orvalle: permessi speciali");
   expectRefused("unsigned", kFailed, "Signature: manca la firma");
 }

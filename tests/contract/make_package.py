@@ -124,6 +124,22 @@ def mode(archive, bundle):
         data, mode | 0o022 if name.endswith("bin/orvalle") else mode))
 
 
+def open_folder(archive, bundle, folder):
+    """A folder in which everybody may write."""
+    add_bundle(archive, bundle)
+    for entry in archive.filelist:
+        if entry.filename == folder:
+            entry.external_attr = (stat.S_IFDIR | 0o777) << 16
+
+
+def open_root(archive, bundle):
+    open_folder(archive, bundle, "Orvalle.app/")
+
+
+def open_signature(archive, bundle):
+    open_folder(archive, bundle, "Orvalle.app/Signature/")
+
+
 def setuid(archive, bundle):
     add_bundle(archive, bundle, change=lambda name, data, mode: (
         data, mode | stat.S_ISUID if name.endswith("bin/orvalle") else mode))

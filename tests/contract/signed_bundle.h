@@ -43,6 +43,7 @@ class SignedBundle : public ::testing::Test {
     write(path / "share" / "pagina.html", std::string(100'000, 'p'));
     std::filesystem::create_symlink("../bin/orvalle", path / "share" / "programma");
     write(path / "Info.json", R"({"CFBundleIdentifier":")" + identifier + R"(","CFBundleVersion":"2"})");
+    std::filesystem::permissions(path, std::filesystem::perms(0755));
     ASSERT_EQ(platform::linuxos::signBundle(path), std::nullopt);
   }
   /// Everything below a folder: path to kind, mode and contents.

@@ -19,6 +19,7 @@ using Trouble = std::optional<std::string>;
 
 constexpr const char* kManifest = "Signature/manifest";
 constexpr const char* kSignature = "Signature/signature";
+constexpr fs::perms kFolderMode{0755};
 constexpr std::uintmax_t kLongestManifest = 64ULL * 1024 * 1024;
 constexpr std::uintmax_t kLongestSignature = 4096;
 
@@ -69,7 +70,10 @@ Trouble compare(const Manifest& expected, const Manifest& found) {
 /// The folder of the signature holds the signature alone.
 Trouble checkSignatureFolder(const fs::path& bundle) {
   std::error_code error;
-  fs::directory_iterator entry(bundle / kSignatureFolder, error);
+  const auto folder = bundle / kSignatureFolder;
+  if (fs::status(folder, error).permissions() != kFolderMode)
+    return std::string(kSignatureFolder) + ": permessi cambiati";
+  fs::directory_iterator entry(folder, error);
   for (const fs::directory_iterator end; !error && entry != end; entry.increment(error)) {
     const auto own = std::string(kSignatureFolder) + "/" + entry->path().filename().string();
     if (own != kManifest && own != kSignature) return own + ": non fa parte della firma";
@@ -102,7 +106,7 @@ Trouble signBundle(const fs::path& bundle, const std::optional<SigningKey>& key)
   std::error_code error;
   fs::remove_all(folder, error);
   if (!error) fs::create_directory(folder, error);
-  if (!error) fs::permissions(folder, fs::perms(0755), error);
+  if (!error) fs::permissions(folder, kFolderMode, error);
   if (error) return folder.string() + ": " + error.message();
   if (auto trouble = write(bundle / kManifest, *manifest)) return trouble;
   return write(bundle / kSignature, base::writeJson(signature).value_or("") + "\n");

@@ -16,6 +16,7 @@ using Kind = ManifestEntry::Kind;
 
 constexpr unsigned kModeBits = 0777;
 constexpr unsigned kSpecialBits = 07000;
+constexpr fs::perms kWritableByOthers = fs::perms::group_write | fs::perms::others_write;
 
 std::optional<std::string> sha256Of(const fs::path& path) {
   crypto_hash_sha256_state state;
@@ -52,8 +53,12 @@ class Reader {
 
   std::variant<Manifest, Complaint> read() {
     std::error_code error;
-    if (!fs::is_directory(fs::symlink_status(bundle_, error)))
-      return Complaint{bundle_.string() + ": non è una cartella"};
+    const auto root = fs::symlink_status(bundle_, error);
+    if (!fs::is_directory(root)) return Complaint{bundle_.string() + ": non è una cartella"};
+    // Its mode is not signed, as each user decides who else may open the bundle. Who may write in the root
+    // can put anything in the place of what was signed.
+    if ((root.permissions() & kWritableByOthers) != fs::perms::none)
+      return Complaint{bundle_.string() + ": aperto in scrittura ad altri"};
     readFolder("", 0);
     if (complaint_) return *complaint_;
     return std::move(manifest_);

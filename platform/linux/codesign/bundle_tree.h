@@ -17,7 +17,8 @@ struct Complaint {
 };
 
 /// Reads everything that lies in the bundle now, without its signature. A complaint about anything that is no
-/// folder, file or link, about a file with special rights, and about a link that leaves the bundle.
+/// folder, file or link, about a file with special rights, about a link that leaves the bundle, and about a
+/// root that others than its owner may write in.
 std::variant<Manifest, Complaint> readTree(const std::filesystem::path& bundle);
 
 }  // namespace orvalle::platform::linuxos
