@@ -12,6 +12,8 @@ namespace orvalle::platform {
 struct Command {
   std::filesystem::path path;
   std::vector<std::string> arguments;
+  /// The program that the user is told of, where `path` only starts it.
+  std::filesystem::path tool = {};
 };
 
 /// The system's own programs for packages: archives that hold a bundle. What each of them prints is meant for

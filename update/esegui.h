@@ -14,8 +14,8 @@ namespace orvalle::update {
 struct Esito {
   /// What it printed; empty when that is no UTF-8.
   std::string output;
-  /// In words for the user, when it could not be started or did not end with status 0: its own output, or its
-  /// path when it printed nothing.
+  /// In words for the user, when it could not be started or did not end with status 0: its own output, or the
+  /// tool's path when it printed nothing.
   std::optional<std::string> errore;
 };
 

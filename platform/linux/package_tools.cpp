@@ -12,7 +12,8 @@ namespace {
 
 /// bsdtar, with names in UTF-8 whatever the user's language.
 Command bsdtar(std::vector<std::string> arguments) {
-  Command command{"/usr/bin/env", {"LC_ALL=C.UTF-8", "/usr/bin/bsdtar"}};
+  constexpr const char* kTool = "/usr/bin/bsdtar";
+  Command command{"/usr/bin/env", {"LC_ALL=C.UTF-8", kTool}, kTool};
   command.arguments.insert(command.arguments.end(), arguments.begin(), arguments.end());
   return command;
 }

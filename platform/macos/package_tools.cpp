@@ -10,7 +10,8 @@ class SystemTools final : public PackageTools {
  public:
   Command list(const std::filesystem::path& archive) const override {
     // With names in UTF-8 and dates in three words, whatever the user's language.
-    return {"/usr/bin/env", {"LC_ALL=en_US.UTF-8", "/usr/bin/bsdtar", "-t", "-v", "-f", archive}};
+    constexpr const char* kTool = "/usr/bin/bsdtar";
+    return {"/usr/bin/env", {"LC_ALL=en_US.UTF-8", kTool, "-t", "-v", "-f", archive}, kTool};
   }
 
   std::variant<std::uintmax_t, std::string> judge(const std::string& listing) const override {

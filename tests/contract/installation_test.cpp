@@ -88,6 +88,14 @@ TEST_F(Installation, refusesWhatUnfoldsToTooMuch) {
   expectRefused("bomb", kFailed, "bomba");
 }
 
+TEST_F(Installation, namesTheToolThatFailsWithoutAWord) {
+  const auto own = app / "bin/orvalle-codesign";
+  write(own, "#!/bin/sh\nexit 1\n", 0755);
+  EXPECT_EQ(install("good"), (std::vector<std::string>{kFailed, own.string()}));
+  EXPECT_EQ(tools->list(archive).tool, "/usr/bin/bsdtar");
+  EXPECT_EQ(tools->unpack(archive, outside).tool, "/usr/bin/bsdtar");
+}
+
 TEST_F(Installation, refusesAPackageWhereItsOwnToolIsGone) {
   fs::remove(app / "bin/orvalle-codesign");
   expectRefused("good", kFailed, "orvalle-codesign");

@@ -42,6 +42,13 @@ TEST_F(EseguiTest, givesThePathOfAToolThatFailsWithoutAWord) {
   EXPECT_EQ(esito.value().errore, "/bin/tool");
 }
 
+TEST_F(EseguiTest, givesThePathOfTheToolWhereAnotherProgramStartsIt) {
+  running = esegui(processes, {"/bin/starter", {"/bin/tool"}, "/bin/tool"},
+                   [this](const Esito& got) { esito = got; });
+  processes.runs.at(1)->end(1, "");
+  EXPECT_EQ(esito.value().errore, "/bin/tool");
+}
+
 TEST_F(EseguiTest, takesOutputThatIsNoUtf8ForNone) {
   process().end(1, "\xff");
   EXPECT_EQ(esito.value().output, "");

@@ -365,6 +365,11 @@ TEST_F(InstallazioneTest, installsNothingThatIsNotVerified) {
   reachVerification();
   tool().end(1, "bin/orvalle: alterato");
   expectFailure(failed("bin/orvalle: alterato"));
+  system.alerts.press(0);
+  system.http.requests.clear();
+  reachVerification();
+  tool().end(1);
+  expectFailure(failed("/bin/verify"));
 }
 
 TEST_F(InstallazioneTest, swapsWhatWasVerified) {

@@ -28,6 +28,7 @@ TEST_F(MacPackageTools, unpackAndVerifyWithTheSystemsOwn) {
 TEST_F(MacPackageTools, listInOneLanguage) {
   expectCommand(tools->list("/tmp/x.zip"), "/usr/bin/env",
                 {"LC_ALL=en_US.UTF-8", "/usr/bin/bsdtar", "-t", "-v", "-f", "/tmp/x.zip"});
+  EXPECT_EQ(tools->list("/tmp/x.zip").tool, "/usr/bin/bsdtar");
 }
 
 TEST_F(MacPackageTools, judgeWhatThatLists) {
