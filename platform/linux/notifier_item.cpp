@@ -79,6 +79,9 @@ NotifierItem::NotifierItem(GDBusConnection* bus, int number, NotifierFace face, 
 NotifierItem::~NotifierItem() {
   g_cancellable_cancel(cancellable_.get());
   if (watch_ != 0) g_bus_unwatch_name(watch_);
+  for (const guint signal : hostSignals_) {
+    if (signal != 0) g_dbus_connection_signal_unsubscribe(bus_.get(), signal);
+  }
   if (object_ == 0) return;
   g_dbus_connection_unregister_object(bus_.get(), object_);
   // Hosts take the item away when its name goes.
@@ -115,13 +118,48 @@ void NotifierItem::watch(std::string announcedName) {
       bus_.get(), kWatcher, G_BUS_NAME_WATCHER_FLAGS_NONE,
       [](GDBusConnection*, const char*, const char*, gpointer data) {
         auto& self = *static_cast<NotifierItem*>(data);
-        self.watched_ = true;
         self.announce();
+        self.askForHosts();
       },
       [](GDBusConnection*, const char*, gpointer data) {
-        static_cast<NotifierItem*>(data)->watched_ = false;
+        auto& self = *static_cast<NotifierItem*>(data);
+        g_cancellable_cancel(self.cancellable_.get());
+        self.cancellable_ = GObjectPtr<GCancellable>::adopt(g_cancellable_new());
+        self.shown_ = false;
       },
       this, nullptr);
+  const auto follow = [&](const char* signal) {
+    return g_dbus_connection_signal_subscribe(
+        bus_.get(), kWatcher, kWatcher, signal, kWatcherPath, nullptr, G_DBUS_SIGNAL_FLAGS_NONE,
+        [](GDBusConnection*, const char*, const char*, const char*, const char*, GVariant*, gpointer data) {
+          static_cast<NotifierItem*>(data)->askForHosts();
+        },
+        this, nullptr);
+  };
+  // Asked again rather than counted: the one that left may not have been the last.
+  hostSignals_ = {follow("StatusNotifierHostRegistered"), follow("StatusNotifierHostUnregistered")};
+}
+
+void NotifierItem::askForHosts() {
+  g_dbus_connection_call(
+      bus_.get(), kWatcher, kWatcherPath, "org.freedesktop.DBus.Properties", "Get",
+      g_variant_new("(ss)", kWatcher, "IsStatusNotifierHostRegistered"), G_VARIANT_TYPE("(v)"),
+      G_DBUS_CALL_FLAGS_NO_AUTO_START, -1, cancellable_.get(),
+      [](GObject* source, GAsyncResult* result, gpointer data) {
+        GError* failure = nullptr;
+        const GlibPtr<GVariant> reply(
+            g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, &failure));
+        const GlibPtr<GError> error(failure);
+        if (error && g_error_matches(error.get(), G_IO_ERROR, G_IO_ERROR_CANCELLED)) return;
+        GVariant* value = nullptr;
+        if (reply) g_variant_get(reply.get(), "(v)", &value);
+        const GlibPtr<GVariant> hosted(value);
+        // A watcher that does not tell is one that shows the items itself.
+        static_cast<NotifierItem*>(data)->shown_ =
+            !hosted || !g_variant_is_of_type(hosted.get(), G_VARIANT_TYPE_BOOLEAN) ||
+            g_variant_get_boolean(hosted.get());
+      },
+      this);
 }
 
 void NotifierItem::announce() {

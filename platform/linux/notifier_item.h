@@ -1,7 +1,10 @@
 #pragma once
 
+#include <array>
 #include <functional>
+#include <memory>
 #include <string>
+#include <string_view>
 
 #include "platform/linux/glib_ptr.h"
 
@@ -30,8 +33,8 @@ class NotifierItem {
   NotifierItem& operator=(const NotifierItem&) = delete;
   ~NotifierItem();
 
-  /// Whether a watcher of status items is there.
-  bool watched() const { return watched_; }
+  /// Whether a watcher of status items is there and does not deny that a host shows them.
+  bool shown() const { return shown_; }
   /// Shows the face; signals only what differs from the last one.
   void show(NotifierFace face);
 
@@ -43,16 +46,19 @@ class NotifierItem {
   GlibPtr<GVariant> value(std::string_view name) const;
   void requestName();
   void watch(std::string announcedName);
+  void askForHosts();
   void announce();
   void emit(const char* signal, GVariant* parameters);
 
   GObjectPtr<GDBusConnection> bus_;
+  /// Of the questions under way; another one once a watcher has gone.
   GObjectPtr<GCancellable> cancellable_;
   std::string name_;
   std::string announcedName_;
   NotifierFace face_;
   std::function<void()> clicked_;
-  bool watched_ = false;
+  bool shown_ = false;
+  std::array<guint, 2> hostSignals_{};
   guint object_ = 0;
   guint watch_ = 0;
 };

@@ -43,7 +43,7 @@ class NotifierStatusItem final : public StatusItem {
 
   bool hasButton() const override { return true; }
 
-  bool isShown() const override { return notifier_ && notifier_->watched(); }
+  bool isShown() const override { return notifier_ && notifier_->shown(); }
 
   void setFace(const StatusFace& face) override {
     if (face_ == face) return;

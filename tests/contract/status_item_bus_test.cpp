@@ -122,6 +122,31 @@ TEST_F(StatusItemOnTheBus, isShownWhileSomebodyWatches) {
   EXPECT_TRUE(runUntil([&] { return !item->isShown(); }));
 }
 
+TEST_F(StatusItemOnTheBus, isNotShownByAWatcherWithoutAHost) {
+  host.tellHosted(false);
+  host.startWatching();
+  ASSERT_TRUE(runUntil([&] { return host.askedForHosts() > 0; }));
+  rig.settle();
+  EXPECT_FALSE(item->isShown());
+  host.tellHosted(true);
+  EXPECT_TRUE(runUntil([&] { return item->isShown(); }));
+  host.tellHosted(false);
+  EXPECT_TRUE(runUntil([&] { return !item->isShown(); }));
+  host.stopWatching();
+}
+
+TEST_F(StatusItemOnTheBus, isShownAgainByTheWatcherThatComesAfterOneWithoutAHost) {
+  host.tellHosted(false);
+  host.startWatching();
+  ASSERT_TRUE(runUntil([&] { return host.askedForHosts() > 0; }));
+  host.stopWatching();
+  // Said while nobody watches, and so heard by nobody.
+  host.tellHosted(true);
+  host.startWatching();
+  EXPECT_TRUE(runUntil([&] { return item->isShown(); }));
+  host.stopWatching();
+}
+
 TEST_F(StatusItemOnTheBus, announcesItselfToAWatcherThatIsThereAlready) {
   item.reset();
   ASSERT_TRUE(rig.becomesShown(false));

@@ -24,6 +24,8 @@ constexpr char kBusPath[] = "/org/freedesktop/DBus";
 constexpr char kDescription[] =
     "<node><interface name='org.kde.StatusNotifierWatcher'>"
     "<method name='RegisterStatusNotifierItem'><arg name='service' type='s' direction='in'/></method>"
+    "<property name='IsStatusNotifierHostRegistered' type='b' access='read'/>"
+    "<signal name='StatusNotifierHostRegistered'/><signal name='StatusNotifierHostUnregistered'/>"
     "</interface></node>";
 
 template <typename Value>
@@ -99,7 +101,7 @@ TrayHost::~TrayHost() {
 }
 
 void TrayHost::startWatching() {
-  static constexpr GDBusInterfaceVTable kTable{serve, nullptr, nullptr, {}};
+  static constexpr GDBusInterfaceVTable kTable{serve, property, nullptr, {}};
   GDBusNodeInfo* node = g_dbus_node_info_new_for_xml(kDescription, nullptr);
   object_ = g_dbus_connection_register_object(bus_.get(), kWatcherPath, node->interfaces[0], &kTable, this,
                                               nullptr, nullptr);
@@ -118,6 +120,22 @@ void TrayHost::serve(GDBusConnection*, const char*, const char*, const char*, co
   g_variant_get(parameters, "(&s)", &service);
   static_cast<TrayHost*>(self)->announced_.emplace_back(service);
   g_dbus_method_invocation_return_value(invocation, nullptr);
+}
+
+GVariant* TrayHost::property(GDBusConnection*, const char*, const char*, const char*, const char* name,
+                             GError** error, gpointer data) {
+  auto& self = *static_cast<TrayHost*>(data);
+  ++self.askedForHosts_;
+  if (self.hosted_) return g_variant_new_boolean(*self.hosted_);
+  g_set_error(error, G_DBUS_ERROR, G_DBUS_ERROR_UNKNOWN_PROPERTY, "no property %s", name);
+  return nullptr;
+}
+
+void TrayHost::tellHosted(bool hosted) {
+  hosted_ = hosted;
+  g_dbus_connection_emit_signal(bus_.get(), nullptr, kWatcherPath, kWatcher,
+                                hosted ? "StatusNotifierHostRegistered" : "StatusNotifierHostUnregistered",
+                                nullptr, nullptr);
 }
 
 GlibPtr<GVariant> TrayHost::call(const char* name, const char* path, const char* interface,

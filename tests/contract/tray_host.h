@@ -36,6 +36,11 @@ class TrayHost {
   /// Begins and ends to be the watcher of the session.
   void startWatching();
   void stopWatching();
+  /// Says from now on whether somebody draws the items, as the property and with the signal; until first
+  /// told, the watcher has no answer to that.
+  void tellHosted(bool hosted);
+  /// How often that was asked.
+  int askedForHosts() const { return askedForHosts_; }
   /// The names under which items announced themselves, in order, those of earlier watches too.
   const std::vector<std::string>& announced() const { return announced_; }
 
@@ -59,9 +64,14 @@ class TrayHost {
   static void serve(GDBusConnection*, const char*, const char*, const char*, const char* method,
                     GVariant* parameters, GDBusMethodInvocation* invocation, gpointer self);
 
+  static GVariant* property(GDBusConnection*, const char*, const char*, const char*, const char* name,
+                            GError** error, gpointer self);
+
   platform::linuxos::GObjectPtr<GDBusConnection> bus_;
   guint object_ = 0;
   guint subscription_ = 0;
+  std::optional<bool> hosted_;
+  int askedForHosts_ = 0;
   std::vector<std::string> announced_;
   std::map<std::string, int> signals_;
 };

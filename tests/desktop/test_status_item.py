@@ -282,3 +282,15 @@ class TestHosts:
         assert orvalle.running()
         orvalle.stop()
         assert orvalle.own_lines() == []
+
+    def test_title_of_the_window_tells_the_session_while_no_host_draws_the_item(self, desktop, orvalle, window, page):
+        with Tray(desktop, hosted=False) as watcher:
+            watcher.wait_item()
+            page.push(session())
+            processes.wait_for("the session in the title", lambda: window.title.endswith(" • Tesi – Orvalle"))
+            time.sleep(3.5)  # longer than the title takes to follow
+            assert window.title.endswith(" • Tesi – Orvalle")
+            watcher.host(True)
+            processes.wait_for("the plain title", lambda: window.title == "Orvalle")
+            watcher.host(False)
+            processes.wait_for("the session again", lambda: window.title.endswith(" • Tesi – Orvalle"))

@@ -85,3 +85,9 @@ def test_icon_goes_with_the_program_and_comes_back_with_the_panel(desktop, panel
     again.wait_icon()
     orvalle.stop()
     processes.wait_for("icon gone", lambda: again.icon() is None, pause=0.2)
+
+
+def test_title_of_the_window_leaves_the_session_to_the_panel(desktop, panel, page, window):
+    page.push(session())
+    panel.item().wait("XAyatanaLabel", lambda label: label.endswith(" • Tesi"))
+    processes.stays("the plain title", lambda: window.title == "Orvalle", 3.5)

@@ -21,6 +21,7 @@ INTERFACE = """<node><interface name="org.kde.StatusNotifierWatcher">
   <signal name="StatusNotifierItemRegistered"><arg type="s"/></signal>
   <signal name="StatusNotifierItemUnregistered"><arg type="s"/></signal>
   <signal name="StatusNotifierHostRegistered"/>
+  <signal name="StatusNotifierHostUnregistered"/>
 </interface></node>"""
 
 
@@ -33,10 +34,12 @@ def connect(desktop):
 
 class Tray:
     """Use as a context manager, or `start` and `stop` it to see what the program does without one. It answers on a
-    thread of its own, whatever the test is doing meanwhile."""
+    thread of its own, whatever the test is doing meanwhile. Without `hosted` it keeps the list of items and nobody
+    draws them."""
 
-    def __init__(self, desktop):
+    def __init__(self, desktop, hosted=True):
         self._desktop = desktop
+        self._hosted = hosted
         self.registrations = []
         self._context = None
 
@@ -92,8 +95,14 @@ class Tray:
 
     def _get(self, connection, sender, path, interface, name):
         return {"RegisteredStatusNotifierItems": GLib.Variant("as", [a + b for a, b in self.registrations]),
-                "IsStatusNotifierHostRegistered": GLib.Variant("b", True),
+                "IsStatusNotifierHostRegistered": GLib.Variant("b", self._hosted),
                 "ProtocolVersion": GLib.Variant("i", 0)}[name]
+
+    def host(self, hosted):
+        """A host comes or goes."""
+        self._hosted = hosted
+        self._connection.emit_signal(None, "/StatusNotifierWatcher", WATCHER,
+                                     f"StatusNotifierHost{'R' if hosted else 'Unr'}egistered", None)
 
     def wait_item(self, seconds=60.0):
         """The item of the first program that registers."""
