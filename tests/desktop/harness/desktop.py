@@ -92,12 +92,14 @@ SERVICES = ("org.a11y.Bus.service", "org.xfce.Xfconf.service")
 class Desktop:
     """Everything lives in one new folder below the temporary one, which goes away with the session. Use as a
     context manager. `bus=False` leaves the programs without a session bus, `manager=None` without a window
-    manager; "xfwm4" is one that knows windows with shadows of their own."""
+    manager; "xfwm4" is one that knows windows with shadows of their own. `without` names the extensions that the
+    display does not have."""
 
     def __init__(self, *, locale="C.UTF-8", dark=False, compositor=False, panel=False, bus=True, manager="openbox",
-                 size="1600x1000", locales=None):
+                 size="1600x1000", locales=None, without=()):
         self._wanted = {"compositor": compositor, "panel": panel, "bus": bus, "manager": manager}
         self._size = size
+        self._without = without
         self._locales = locales
         self.locale = locale
         self.dark = dark
@@ -206,7 +208,9 @@ class Desktop:
         reading, writing = os.pipe()
         with os.fdopen(reading, "rb") as number:
             self.spawn("xvfb", ["Xvfb", "-displayfd", str(writing), "-screen", "0", f"{self._size}x24",
-                                "-nolisten", "tcp", "-noreset", "-auth", str(path)], pass_fds=[writing])
+                                "-nolisten", "tcp", "-noreset", "-auth", str(path),
+                                *(word for name in self._without for word in ("-extension", name))],
+                       pass_fds=[writing])
             os.close(writing)
             answer = number.readline().strip().decode()
         assert answer.isdigit(), "Xvfb did not start: " + (self.logs / "xvfb").read_text(errors="replace")
