@@ -9,6 +9,9 @@ import pytest
 
 from harness import processes
 from harness.accessibility import Accessibility
+from harness.link_service import LinkService
+from harness.page import session
+from harness.requests import Requests
 from harness.server import PAGE, Answer, Site, self_signed_certificate
 
 HEADLINE = "Non riesco a raggiungere Orvalle"
@@ -110,9 +113,37 @@ def test_page_loads_again_at_the_next_start(offline, start, page, site):
     page.wait_loaded()
 
 
-def test_offline_page_takes_no_commands(offline, desktop, tray, site):
+def test_commands_take_the_channel_while_the_page_is_out_of_reach(offline, home, desktop, tray, site):
+    site.routes["/"] = lambda request: None
+    with LinkService() as service:
+        home.write_defaults(service.settings)
+        program = offline()
+        connection = service.wait_joined()
+        connection.send_state(session())
+        item = tray.wait_item()
+        item.wait("XAyatanaLabel", lambda label: label.endswith(" • Tesi"))
+        item.menu.click("Allunga di 5 minuti")
+        processes.wait_for("command", lambda: connection.of("broadcast"))
+        time.sleep(1)
+        sent = [message["payload"] for message in connection.of("broadcast")]
+        assert sent == [{"type": "broadcast", "event": "cmd", "payload": {"command": "plus5"}}]
+        Accessibility(desktop, program.pid).wait_text(HEADLINE)
+
+
+def test_sign_in_link_leads_from_the_offline_page_back_to_the_web_application(offline, start, desktop, tray, site, page):
     site.routes["/"] = lambda request: None
     program = offline()
+    site.routes["/api/mac/entra"] = Answer(PAGE.read_bytes())
+    assert start("orvalle://accesso?codice=x").wait(20) == 0
+    page.wait_loaded()
+    assert page.run("return location.pathname + location.search") == "/api/mac/entra?codice=x"
+    assert page.first_script() == {"strip": "38px", "bridge": "function"}
+    assert not any(HEADLINE in text for text in Accessibility(desktop, program.pid).texts())
     item = tray.wait_item()
-    item.menu.click("Apri Orvalle")
-    stays_quietly(desktop, program)
+    page.push(session())
+    item.wait("XAyatanaLabel", lambda label: label.endswith(" • Tesi"))
+    item.menu.click("Allunga di 5 minuti")
+    page.wait_command("plus5", None)
+    assert page.commands() == [("plus5", None)]
+    assert Requests(page).ask("backup-ultimo") == ""
+    assert program.running() and len(site.visits) == 1
