@@ -139,6 +139,18 @@ def test_keys_work_after_closing_and_opening(press, start, window, page):
     page.wait_command("vai", "/sprint")
 
 
+def test_open_brings_the_main_window_back_from_the_pairing_window(tray, press, desktop, orvalle, window):
+    tray.wait_item().menu.click("Abbina…")
+    pairing = desktop.windows.wait(orvalle.pid, "Abbina Orvalle")
+    window.close()
+    window.wait_hidden()
+    pairing.activate()
+    pairing.wait_active()
+    press("o")
+    window.wait_visible()
+    window.wait_active()
+
+
 def test_plain_keys_are_the_page_s(desktop, window, page):
     page.run("window.keys = []; addEventListener('keydown', (event) => keys.push(event.key))")
     desktop.hand.click(*page.area(window).point(600, 500))

@@ -21,10 +21,14 @@ from harness.tray import connect  # noqa: E402
 # Values of every type, as script.
 VALUES = ["undefined", "null", "true", "0", "1.5", "NaN", "''", "'x'", "[]", "{}", "['x']", "() => 1", "new Date(0)"]
 ARGUMENTS = ["titolo", "corpo", "tag", "che", "url", "acceso", "nome", "contenuto", "giorno", "quale", "altro"]
-# Those that are answered, and those that are not, as far as they start no other program.
+# Those that are answered, and those that are not. Left out because they look at no argument, and what they do would be
+# done some hundred times over: "apri-preferenze", "apri-backup" and "attivita-cartella", which start another program,
+# "attivita-titoli", which asks the user, and "permessi-riavvia", which ends the program.
 ANSWERED = ["stato-permesso", "permesso", "backup", "backup-ultimo", "backup-elenco", "permessi-stato",
-            "permessi-notifiche", "permessi-documenti"]
-SILENT = ["notifica", "tattile", "apri-fuori"]
+            "permessi-notifiche", "permessi-documenti", "aggiornamenti-stato", "aggiornamenti-cerca", "attivita-stato",
+            "attivita-giorno"]
+SILENT = ["notifica", "tattile", "apri-fuori", "aggiornamenti-installa", "aggiornamenti-automatici",
+          "attivita-accendi", "permessi-apri"]
 
 
 @pytest.fixture

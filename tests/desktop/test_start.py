@@ -53,7 +53,7 @@ def test_second_start_with_the_window_open_opens_no_other(desktop, start, window
     assert len(site.visits) == 1
 
 
-@pytest.mark.parametrize("sign", [signal.SIGTERM, signal.SIGINT])
+@pytest.mark.parametrize("sign", [signal.SIGTERM, signal.SIGINT, signal.SIGHUP])
 def test_signal_ends_the_program_in_order(orvalle, window, desktop, sign):
     orvalle.stop(sign)
     wait_for("the end of all helpers", lambda: not carrying(f"HOME={orvalle.home.folder}"))
