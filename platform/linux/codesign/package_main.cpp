@@ -91,7 +91,7 @@ int main(int argc, char** argv) {
       places.push_back(words[i]);
     }
   }
-  if (places.size() != 2 || places[0].starts_with('-')) {
+  if (places.size() != 2 || places[0].starts_with('-') || places[1].starts_with('-')) {
     std::fputs(kHelp, stderr);
     return kWrongUse;
   }
