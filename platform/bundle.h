@@ -14,6 +14,8 @@ enum class SwapObstacle {
   Packaged,
   /// The user may not write where the bundle lies.
   FolderNotWritable,
+  /// The user may not remove the bundle, or something in it.
+  NotRemovable,
 };
 
 /// The folder that holds the program with everything that belongs to it, and what it says of itself.

@@ -45,6 +45,8 @@ std::string sentence(platform::SwapObstacle obstacle) {
       return "Orvalle fa parte del sistema: lo aggiorna il gestore dei pacchetti.";
     case platform::SwapObstacle::FolderNotWritable:
       return "Non ho il permesso di scrivere nella cartella in cui sta Orvalle.app.";
+    case platform::SwapObstacle::NotRemovable:
+      return "Non ho il permesso di rimuovere Orvalle.app, o qualcosa che c'è dentro.";
   }
   return "";
 }

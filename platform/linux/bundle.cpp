@@ -36,6 +36,28 @@ std::optional<base::Json> readInformation(const fs::path& bundle) {
   return base::parseJson(text);
 }
 
+/// Whether what lies in a folder may be taken away from it: from a sticky one only by the owner of either.
+bool mayRemoveFrom(const fs::path& folder, const fs::path& entry) {
+  struct stat status {};
+  if (::stat(folder.c_str(), &status) != 0 || !(status.st_mode & S_ISVTX)) return true;
+  const auto user = ::geteuid();
+  if (user == 0 || user == status.st_uid) return true;
+  return ::lstat(entry.c_str(), &status) == 0 && user == status.st_uid;
+}
+
+/// Whether a folder may be emptied, with all folders in it. One that is not there is.
+bool mayBeEmptied(const fs::path& folder) {
+  const auto open = [](const fs::path& path) { return ::access(path.c_str(), R_OK | W_OK | X_OK) == 0; };
+  std::error_code error;
+  if (!fs::exists(folder, error)) return !error;
+  if (!open(folder)) return false;
+  fs::recursive_directory_iterator entry(folder, error);
+  for (const fs::recursive_directory_iterator end; !error && entry != end; entry.increment(error)) {
+    if (fs::is_directory(entry->symlink_status(error)) && !open(entry->path())) return false;
+  }
+  return !error;
+}
+
 /// A folder with `Info.json` in it and the program in its `bin`.
 class FolderBundle final : public Bundle {
  public:
@@ -60,6 +82,8 @@ class FolderBundle final : public Bundle {
     if (!isBundle_ || path_.extension() != ".app") return SwapObstacle::NoBundle;
     if (packageManager()) return SwapObstacle::Packaged;
     if (::access(path_.parent_path().c_str(), W_OK | X_OK) != 0) return SwapObstacle::FolderNotWritable;
+    // One that is removed in part is lost.
+    if (!mayRemoveFrom(path_.parent_path(), path_) || !mayBeEmptied(path_)) return SwapObstacle::NotRemovable;
     return {};
   }
 

@@ -164,6 +164,10 @@ TEST_F(InstallazioneTest, refusesBeforeTheDownloadWhatCannotBeReplaced) {
   system.bundle.obstacle = platform::SwapObstacle::FolderNotWritable;
   scarica();
   expectFailure(failed("Non ho il permesso di scrivere nella cartella in cui sta Orvalle.app."));
+  system.alerts.press(0);
+  system.bundle.obstacle = platform::SwapObstacle::NotRemovable;
+  scarica();
+  expectFailure(failed("Non ho il permesso di rimuovere Orvalle.app, o qualcosa che c'è dentro."));
   EXPECT_TRUE(system.http.requests.empty());
 }
 
