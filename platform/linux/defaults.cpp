@@ -13,6 +13,7 @@
 #include "base/atomic_file.h"
 #include "base/json.h"
 #include "base/text.h"
+#include "platform/linux/base_folders.h"
 #include "platform/linux/factory.h"
 
 namespace orvalle::platform::linuxos {
@@ -186,17 +187,11 @@ class JsonFileDefaults final : public Defaults {
   std::error_code writeError_;
 };
 
-fs::path configFolder(const Environment& environment) {
-  const fs::path given = environment.variable("XDG_CONFIG_HOME").value_or("");
-  // By the rules for these folders, one that is not absolute is no folder.
-  return given.is_absolute() ? given
-                             : environment.variable("HOME").value_or(g_get_home_dir()) / fs::path(".config");
-}
-
 }  // namespace
 
 std::unique_ptr<Defaults> makeDefaults(const Environment& environment, SystemLog& log) {
-  return std::make_unique<JsonFileDefaults>(configFolder(environment) / "Orvalle" / "defaults.json", log);
+  return std::make_unique<JsonFileDefaults>(
+      baseFolder(environment, "XDG_CONFIG_HOME", ".config") / "Orvalle" / "defaults.json", log);
 }
 
 }  // namespace orvalle::platform::linuxos

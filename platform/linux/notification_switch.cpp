@@ -2,18 +2,16 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
 #include <fstream>
 #include <string>
 #include <utility>
 
+#include "platform/linux/base_folders.h"
 #include "platform/linux/bus_call.h"
 #include "platform/linux/desktop_kind.h"
 
 namespace orvalle::platform::linuxos {
 namespace {
-
-namespace fs = std::filesystem;
 
 constexpr const char* kGnomeSchema = "org.gnome.desktop.notifications.application";
 constexpr const char* kGnomePath = "/org/gnome/desktop/notifications/application/app-orvalle-orvalle/";
@@ -37,10 +35,7 @@ bool offInGnome() {
 
 /// Reads by hand: names of groups inside names of groups are no part of the usual format.
 bool offInKde(const Environment& environment) {
-  const fs::path given = environment.variable("XDG_CONFIG_HOME").value_or("");
-  const auto folder =
-      given.is_absolute() ? given : environment.variable("HOME").value_or("/") / fs::path(".config");
-  std::ifstream file(folder / "plasmanotifyrc");
+  std::ifstream file(baseFolder(environment, "XDG_CONFIG_HOME", ".config") / "plasmanotifyrc");
   bool inGroup = false;
   for (std::string line; std::getline(file, line);) {
     if (line.starts_with('[')) inGroup = line == kKdeGroup;

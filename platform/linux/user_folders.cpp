@@ -1,14 +1,11 @@
 #include "platform/user_folders.h"
 
-#include <pwd.h>
-#include <unistd.h>
-
-#include <array>
 #include <fstream>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "platform/linux/base_folders.h"
 #include "platform/linux/factory.h"
 
 namespace orvalle::platform::linuxos {
@@ -56,15 +53,6 @@ std::optional<fs::path> documentsIn(std::string_view line, const fs::path& home)
   return {};
 }
 
-/// The home folder of the user's account. GLib gives what stands in HOME, even when that is nothing.
-fs::path accountHome() {
-  passwd entry{};
-  passwd* found = nullptr;
-  std::array<char, 16384> texts;
-  if (::getpwuid_r(::getuid(), &entry, texts.data(), texts.size(), &found) != 0 || !found) return "/";
-  return found->pw_dir;
-}
-
 /// The folders that the desktop names. GLib knows how to read them too, but goes on with a choice that the
 /// user has taken back.
 class DesktopFolders final : public UserFolders {
@@ -72,31 +60,23 @@ class DesktopFolders final : public UserFolders {
   explicit DesktopFolders(const Environment& environment) : environment_(environment) {}
 
   fs::path documents() const override {
+    const auto home = homeFolder(environment_);
     std::optional<fs::path> chosen;
-    std::ifstream file(baseFolder("XDG_CONFIG_HOME", ".config") / "user-dirs.dirs");
+    std::ifstream file(baseFolder(environment_, "XDG_CONFIG_HOME", ".config") / "user-dirs.dirs");
     for (std::string line; std::getline(file, line);) {
-      if (const auto found = documentsIn(line, home())) chosen = found;
+      if (const auto found = documentsIn(line, home)) chosen = found;
     }
     // The home folder itself is how the desktop writes that there is none.
-    return chosen && normal(*chosen) != normal(home()) ? *chosen : home() / "Documents";
+    return chosen && normal(*chosen) != normal(home) ? *chosen : home / "Documents";
   }
 
-  fs::path applicationSupport() const override { return baseFolder("XDG_DATA_HOME", ".local/share"); }
+  fs::path applicationSupport() const override {
+    return baseFolder(environment_, "XDG_DATA_HOME", ".local/share");
+  }
 
   fs::path temporary() const override { return g_get_tmp_dir(); }
 
  private:
-  fs::path home() const {
-    const fs::path given = environment_.variable("HOME").value_or("");
-    return given.is_absolute() ? given : accountHome();
-  }
-
-  /// By the rules for these folders, one that is not absolute is no folder.
-  fs::path baseFolder(const char* variable, const char* usual) const {
-    const fs::path given = environment_.variable(variable).value_or("");
-    return given.is_absolute() ? given : home() / usual;
-  }
-
   const Environment& environment_;
 };
 
