@@ -45,8 +45,9 @@ class Swap : public SignedBundle {
   void start() {
     ASSERT_EQ(processes->startDetached("/bin/sh", {script, std::to_string(child), app, copy}), std::nullopt);
   }
+  /// The script has gone, and the program that it opened has said all it says.
   bool done() {
-    return runUntil([&] { return !fs::exists(script) && fs::exists(root / "partita"); }, 30s);
+    return runUntil([&] { return !fs::exists(script) && read(root / "partita").ends_with('\n'); }, 30s);
   }
 
   fs::path script = root / "orvalle-scambio.sh";
