@@ -45,7 +45,7 @@ class BundleTools final : public PackageTools {
   }
 
   std::string copyLine() const override {
-    // Until then the new one is its user's alone.
+    // Until it lies there the new one is its user's alone.
     return R"(/bin/cp -aT "$3" "$2" && /bin/chmod )" + rootMode() + R"( "$2")";
   }
 
