@@ -275,6 +275,14 @@ TEST_F(ArchivioTest, folderThatIsAFileFailsWithOneLine) {
   EXPECT_EQ(read(folder), "a file");
 }
 
+TEST_F(ArchivioTest, folderThatTakesNoNewFilesFailsWithOneLine) {
+  // Even for one who may write everywhere.
+  fs::create_directories(root / "Documenti");
+  fs::create_directory_symlink("/proc/self", folder);
+  EXPECT_EQ(write("a.json"), "-");
+  expectOneFailure("read-only");
+}
+
 TEST_F(ArchivioTest, folderRemovedBetweenTwoWritesIsMadeAnew) {
   write("a.json");
   fs::remove_all(root / "Documenti");
