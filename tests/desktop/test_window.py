@@ -121,6 +121,20 @@ def test_press_below_the_strip_is_the_page_s(desktop, window, page):
     assert page.run("return presses") == [STRIP + 2]
 
 
+@pytest.mark.parametrize("size", [(760, 600), (1400, 880)])
+def test_strip_stays_at_the_top_of_a_window_of_another_size(desktop, window, page, size):
+    page.run("window.presses = []; addEventListener('mousedown', (event) => presses.push(event.clientY), true)")
+    window.resize(*size)
+    wait_for("the page's new width", lambda: page.run("return innerWidth") == page.area(window).width)
+    area = page.area(window)
+    # To the left of the window's buttons.
+    for x in (200, -200):
+        desktop.hand.click(*area.point(x, STRIP - 2))
+        desktop.hand.click(*area.point(x, STRIP + 2))
+    page.wait_true("presses.length > 1")
+    assert page.run("return presses") == [STRIP + 2, STRIP + 2]
+
+
 def test_double_click_zooms_and_zooms_back(desktop, window, strip):
     before = window.box
     desktop.hand.double_click(*strip())
