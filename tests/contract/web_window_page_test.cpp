@@ -72,9 +72,10 @@ TEST_F(WebWindowPage, serverThatNeverAnswersIsGivenUpOnce) {
   EXPECT_FALSE(rig.owner.saw("fail"));
   ASSERT_TRUE(rig.wait([&] { return rig.owner.saw("fail"); }));
   EXPECT_FALSE(window->hasPage());
-  const auto told = events();
   runFor(milliseconds(500));
-  EXPECT_EQ(events(), told);
+  EXPECT_EQ(std::count_if(events().begin(), events().end(),
+                          [](const std::string& event) { return event.starts_with("fail"); }),
+            1);
 }
 
 TEST_F(WebWindowPage, linkThatTheOwnerRefusesLeavesThePageAlone) {
