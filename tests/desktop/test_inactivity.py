@@ -4,7 +4,7 @@ import time
 
 import pytest
 
-from harness.idle import IdleService
+from harness.bus_service import IdleService
 from harness.page import session
 from harness.processes import stays, wait_for
 

@@ -4,19 +4,14 @@ import json
 import os
 import shutil
 import stat
-import threading
 import time
 
-import gi
 import pytest
 
-gi.require_version("Gio", "2.0")
-from gi.repository import Gio, GLib  # noqa: E402
-
-from harness import pictures, processes  # noqa: E402
-from harness.program import BUNDLE, build_folder, inherited_options  # noqa: E402
-from harness.requests import Requests  # noqa: E402
-from harness.tray import connect  # noqa: E402
+from harness import pictures, processes
+from harness.bus_service import FeedbackService, FileManager
+from harness.program import BUNDLE, build_folder, inherited_options
+from harness.requests import Requests
 
 # Values of every type, as script.
 VALUES = ["undefined", "null", "true", "0", "1.5", "NaN", "''", "'x'", "[]", "{}", "['x']", "() => 1", "new Date(0)"]
@@ -250,43 +245,6 @@ class TestPermissions:
         processes.wait_for("settings again", lambda: preferences() == 2)
 
 
-class FileManager:
-    """Stands in for the file manager on the bus: remembers whose properties it was told to show."""
-
-    def __init__(self, desktop):
-        self._bus = connect(desktop)
-        self.shown = []
-
-    def __enter__(self):
-        self._context = GLib.MainContext()
-        self._loop = GLib.MainLoop(self._context)
-        ready = threading.Event()
-        self._thread = threading.Thread(target=self._serve, args=(ready,), daemon=True)
-        self._thread.start()
-        assert ready.wait(10)
-        return self
-
-    def __exit__(self, *_):
-        self._bus.close_sync(None)
-        self._loop.quit()
-        self._thread.join(10)
-
-    def _serve(self, ready):
-        self._context.push_thread_default()
-        description = Gio.DBusNodeInfo.new_for_xml(
-            '<node><interface name="org.freedesktop.FileManager1"><method name="ShowItemProperties">'
-            '<arg type="as" direction="in"/><arg type="s" direction="in"/></method></interface></node>')
-        self._bus.register_object("/org/freedesktop/FileManager1", description.interfaces[0], self._call, None, None)
-        self._bus.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName",
-                            GLib.Variant("(su)", ("org.freedesktop.FileManager1", 4)), None, 0, -1, None)
-        ready.set()
-        self._loop.run()
-
-    def _call(self, _connection, _sender, _path, _interface, _method, parameters, invocation):
-        self.shown.append(parameters[0])
-        invocation.return_value(None)
-
-
 class TestRestart:
     def test_program_comes_back_once_from_wherever_it_lies(self, desktop, home, site, page):
         bundle = home.folder / "Il mio \"Orvalle\" d'oro $HOME `x`.app"
@@ -307,6 +265,16 @@ class TestRestart:
         assert os.getsid(running[0]) == running[0]
         desktop.run(str(bundle / "AppRun"), "--quit", env=variables)
         processes.wait_for("end", lambda: not running_from(bundle))
+
+
+def test_taps_are_felt_where_there_is_hardware_for_them(desktop, requests):
+    requests.tell("tattile", che="tocco")
+    requests.ask("stato-permesso")
+    with FeedbackService(desktop) as feedback:
+        for what in ("tocco", "scatto"):
+            requests.tell("tattile", che=what)
+        processes.wait_for("both taps", lambda: len(feedback.events) > 1)
+    assert feedback.events == [("app.orvalle.Orvalle", "button-pressed"), ("app.orvalle.Orvalle", "button-released")]
 
 
 def running_from(bundle):
