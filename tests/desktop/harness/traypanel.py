@@ -65,7 +65,8 @@ class TrayPanel:
     def place(self, text):
         """Where in the open menu the row with this text is."""
         rows = self.rows()
-        box = self.menu_window().frame
+        # Not seen for a moment while it changes.
+        box = processes.wait_for("the tray menu", self.menu_window).frame
         lines = rows.count("—")
         line = (box.height - 2 * PADDING - ROW * (len(rows) - lines)) / lines
         assert 1 <= line <= 15, f"a menu of {box.height} pixels with the rows {rows}"
