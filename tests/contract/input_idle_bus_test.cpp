@@ -4,11 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <stdexcept>
 #include <string>
 
 #include "platform/linux/glib_ptr.h"
 #include "platform/linux/input_idle_sources.h"
+#include "tests/contract/own_bus.h"
 
 namespace orvalle::platform::linuxos {
 namespace {
@@ -21,13 +21,7 @@ class Service {
         context_(g_main_context_new(), g_main_context_unref),
         loop_(g_main_loop_new(context_.get(), FALSE), g_main_loop_unref) {
     g_main_context_push_thread_default(context_.get());
-    const GlibPtr<char> address(g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
-    bus_ = GObjectPtr<GDBusConnection>::adopt(g_dbus_connection_new_for_address_sync(
-        address.get(),
-        static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                          G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
-        nullptr, nullptr, nullptr));
-    if (!bus_) throw std::runtime_error("no bus");
+    bus_ = contract::ownBus();
     const std::string description = std::string("<node><interface name='") + interface + "'><method name='" +
                                     method + "'><arg type='" + g_variant_get_type_string(answer) +
                                     "' direction='out'/></method></interface></node>";

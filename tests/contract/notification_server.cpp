@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "tests/contract/loop.h"
+#include "tests/contract/own_bus.h"
 
 namespace orvalle::contract {
 namespace {
@@ -33,13 +34,7 @@ std::vector<std::string> texts(GVariant* list) {
 }  // namespace
 
 NotificationServer::NotificationServer() {
-  const GlibPtr<char> address(g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
-  bus_ = GObjectPtr<GDBusConnection>::adopt(g_dbus_connection_new_for_address_sync(
-      address.get(),
-      static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                        G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
-      nullptr, nullptr, nullptr));
-  if (!bus_) throw std::runtime_error("no session bus");
+  bus_ = contract::ownBus();
   GDBusNodeInfo* description = g_dbus_node_info_new_for_xml(kDescription, nullptr);
   constexpr GDBusInterfaceVTable kTable = {serve, nullptr, nullptr, {}};
   object_ = g_dbus_connection_register_object(bus_.get(), kPath, description->interfaces[0], &kTable, this,

@@ -6,12 +6,12 @@
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <stdexcept>
 #include <string>
 
 #include "platform/linux/factory.h"
 #include "platform/linux/glib_ptr.h"
 #include "tests/contract/loop.h"
+#include "tests/contract/own_bus.h"
 
 namespace orvalle::platform::linuxos {
 namespace {
@@ -22,13 +22,7 @@ using namespace std::chrono_literals;
 class ScreenSaver {
  public:
   explicit ScreenSaver(std::string name) : name_(std::move(name)) {
-    const GlibPtr<char> address(g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
-    bus_ = GObjectPtr<GDBusConnection>::adopt(g_dbus_connection_new_for_address_sync(
-        address.get(),
-        static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                          G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
-        nullptr, nullptr, nullptr));
-    if (!bus_) throw std::runtime_error("no bus");
+    bus_ = contract::ownBus();
     const GlibPtr<GVariant> owned(g_dbus_connection_call_sync(
         bus_.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName",
         g_variant_new("(su)", name_.c_str(), 0u), nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr));
