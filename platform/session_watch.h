@@ -10,7 +10,8 @@ class SessionDelegate {
   virtual void willSleep() = 0;
   /// Not always after `willSleep`: also when the sleep was given up.
   virtual void didWake() = 0;
-  /// The screen was locked, or covered by a screen saver. Each only once in turn.
+  /// The screen was locked, or covered by a screen saver; soon after the start where the system says that it
+  /// is so already. Each only once in turn.
   virtual void didLock() = 0;
   virtual void didUnlock() = 0;
 };

@@ -10,6 +10,8 @@
 #include <utility>
 #include <vector>
 
+#include "base/liveness.h"
+#include "platform/linux/bus_call.h"
 #include "platform/linux/factory.h"
 #include "platform/linux/glib_ptr.h"
 
@@ -21,13 +23,16 @@ constexpr char kLoginPath[] = "/org/freedesktop/login1";
 constexpr char kManager[] = "org.freedesktop.login1.Manager";
 constexpr char kSession[] = "org.freedesktop.login1.Session";
 constexpr char kProperties[] = "org.freedesktop.DBus.Properties";
+/// The caller's session; for a program that the user's service manager started, the one with their display.
+constexpr char kOwnSession[] = "auto";
 
 /// What desktops call the service that covers or locks the screen; all of them tell in the same way.
 constexpr const char* kScreenSavers[] = {"org.freedesktop.ScreenSaver", "org.gnome.ScreenSaver",
                                          "org.cinnamon.ScreenSaver", "org.mate.ScreenSaver",
                                          "org.xfce.ScreenSaver"};
 
-/// Listens on both buses. Either may be missing.
+/// Listens on both buses, of which either may be missing, and asks each service that is there or appears what
+/// it has told already.
 class BusSessionWatch final : public SessionWatch {
  public:
   BusSessionWatch() : cancellable_(GObjectPtr<GCancellable>::adopt(g_cancellable_new())) {
@@ -38,6 +43,7 @@ class BusSessionWatch final : public SessionWatch {
   BusSessionWatch& operator=(const BusSessionWatch&) = delete;
   ~BusSessionWatch() override {
     g_cancellable_cancel(cancellable_.get());
+    for (const guint name : names_) g_bus_unwatch_name(name);
     for (const auto& [bus, signal] : signals_) g_dbus_connection_signal_unsubscribe(bus.get(), signal);
     for (const auto& each : covers_) g_bus_unwatch_name(each.watch);
     letSleep();
@@ -76,29 +82,72 @@ class BusSessionWatch final : public SessionWatch {
     auto& self = *static_cast<BusSessionWatch*>(data);
     self.system_ = bus;
     self.listen(bus, kLogin, kManager, "PrepareForSleep", kLoginPath, nullptr, prepareForSleep);
-    self.delaySleep();
-    if (const char* session = g_getenv("XDG_SESSION_ID")) {
-      g_dbus_connection_call(bus.get(), kLogin, kLoginPath, kManager, "GetSession",
-                             g_variant_new("(s)", session), G_VARIANT_TYPE("(o)"), G_DBUS_CALL_FLAGS_NONE, -1,
-                             self.cancellable_.get(), gotSession, data);
-    }
+    // Some systems start the service when it is first asked.
+    self.names_.push_back(g_bus_watch_name_on_connection(
+        bus.get(), kLogin, G_BUS_NAME_WATCHER_FLAGS_AUTO_START, loginAppeared, nullptr, data, nullptr));
   }
 
-  static void gotSession(GObject* source, GAsyncResult* result, gpointer data) {
-    const GlibPtr<GVariant> answer(g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, nullptr));
-    if (!answer) return;
-    const char* path = nullptr;
-    g_variant_get(answer.get(), "(&o)", &path);
+  static void loginAppeared(GDBusConnection*, const char*, const char* owner, gpointer data) {
     auto& self = *static_cast<BusSessionWatch*>(data);
-    self.listen(self.system_, kLogin, kProperties, "PropertiesChanged", path, kSession, sessionChanged);
+    self.delaySleep();
+    const char* session = g_getenv("XDG_SESSION_ID");
+    self.findSession(owner, session ? session : kOwnSession);
+  }
+
+  void findSession(const std::string& login, const std::string& session) {
+    callBus(system_.get(), {login.c_str(), kLoginPath, kManager, "GetSession"},
+            g_variant_new("(s)", session.c_str()),
+            liveness_.guard([this, login, session](const BusAnswer& answer) {
+              if (answer.value && g_variant_is_of_type(answer.value.get(), G_VARIANT_TYPE("(o)"))) {
+                const char* path = nullptr;
+                g_variant_get(answer.value.get(), "(&o)", &path);
+                followSession(login, path);
+              } else if (session != kOwnSession) {
+                // A variable left over from an earlier login.
+                findSession(login, kOwnSession);
+              }
+            }));
+  }
+
+  void followSession(const std::string& login, const char* path) {
+    if (session_ != path) {
+      session_ = path;
+      listen(system_, kLogin, kProperties, "PropertiesChanged", path, kSession, sessionChanged);
+    }
+    callBus(system_.get(), {login.c_str(), path, kProperties, "Get"},
+            g_variant_new("(ss)", kSession, "LockedHint"),
+            liveness_.guard([this, login](const BusAnswer& answer) {
+              if (!answer.value || !g_variant_is_of_type(answer.value.get(), G_VARIANT_TYPE("(v)"))) return;
+              GVariant* hint = nullptr;
+              g_variant_get(answer.value.get(), "(v)", &hint);
+              const GlibPtr<GVariant> owned(hint);
+              if (g_variant_is_of_type(hint, G_VARIANT_TYPE_BOOLEAN))
+                tell(system_.get(), login, kSession, g_variant_get_boolean(hint));
+            }));
   }
 
   static void gotSessionBus(GObject*, GAsyncResult* result, gpointer data) {
     Bus bus;
     if (!got(result, bus)) return;
     auto& self = *static_cast<BusSessionWatch*>(data);
-    for (const char* saver : kScreenSavers)
+    for (const char* saver : kScreenSavers) {
       self.listen(bus, nullptr, saver, "ActiveChanged", nullptr, nullptr, coverChanged);
+      self.names_.push_back(g_bus_watch_name_on_connection(bus.get(), saver, G_BUS_NAME_WATCHER_FLAGS_NONE,
+                                                           saverAppeared, nullptr, data, nullptr));
+    }
+  }
+
+  static void saverAppeared(GDBusConnection* connection, const char* name, const char* owner, gpointer data) {
+    std::string path = std::string(".") + name;
+    std::replace(path.begin(), path.end(), '.', '/');
+    auto& self = *static_cast<BusSessionWatch*>(data);
+    callBus(connection, {owner, path.c_str(), name, "GetActive"}, nullptr,
+            self.liveness_.guard([&self, bus = Bus::share(connection), sender = std::string(owner),
+                                  interface = std::string(name)](const BusAnswer& answer) {
+              if (!answer.value) return;
+              coverChanged(bus.get(), sender.c_str(), nullptr, interface.c_str(), nullptr, answer.value.get(),
+                           &self);
+            }));
   }
 
   static void prepareForSleep(GDBusConnection*, const char*, const char*, const char*, const char*,
@@ -134,7 +183,7 @@ class BusSessionWatch final : public SessionWatch {
   }
 
   /// Several services may tell of the same lock.
-  void tell(GDBusConnection* bus, const char* sender, const char* interface, bool covered) {
+  void tell(GDBusConnection* bus, const std::string& sender, const std::string& interface, bool covered) {
     const auto told = std::find_if(covers_.begin(), covers_.end(), [&](const Cover& each) {
       return each.sender == sender && each.interface == interface;
     });
@@ -146,10 +195,10 @@ class BusSessionWatch final : public SessionWatch {
     }
   }
 
-  void cover(GDBusConnection* bus, const char* sender, const char* interface) {
+  void cover(GDBusConnection* bus, const std::string& sender, const std::string& interface) {
     auto& added = covers_.emplace_back(Cover{this, sender, interface, 0});
     // Who dies will not take it back.
-    added.watch = g_bus_watch_name_on_connection(bus, sender, G_BUS_NAME_WATCHER_FLAGS_NONE, nullptr,
+    added.watch = g_bus_watch_name_on_connection(bus, sender.c_str(), G_BUS_NAME_WATCHER_FLAGS_NONE, nullptr,
                                                  vanished, &added, nullptr);
     if (covers_.size() == 1 && delegate_) delegate_->didLock();
   }
@@ -197,10 +246,14 @@ class BusSessionWatch final : public SessionWatch {
   SessionDelegate* delegate_ = nullptr;
   Bus system_;
   std::vector<std::pair<Bus, guint>> signals_;
+  std::vector<guint> names_;
+  /// The path of the user's session at the login service.
+  std::string session_;
   /// A list, because those who watch know the covers by their place.
   std::list<Cover> covers_;
   /// Closing this file lets the machine sleep.
   int delay_ = -1;
+  base::Liveness liveness_;
 };
 
 }  // namespace

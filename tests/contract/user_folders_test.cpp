@@ -10,34 +10,13 @@
 #include <string>
 
 #include "platform/linux/factory.h"
+#include "tests/contract/variable.h"
 
 /// Where the desktop says that the user's files live.
 namespace orvalle::contract {
 namespace {
 
 namespace fs = std::filesystem;
-
-/// Sets a variable of the process for as long as this lives.
-class Variable {
- public:
-  Variable(const char* name, const std::string& text) : name_(name) {
-    if (const char* before = std::getenv(name)) before_ = before;
-    ::setenv(name, text.c_str(), 1);
-  }
-  Variable(const Variable&) = delete;
-  Variable& operator=(const Variable&) = delete;
-  ~Variable() {
-    if (before_) {
-      ::setenv(name_, before_->c_str(), 1);
-    } else {
-      ::unsetenv(name_);
-    }
-  }
-
- private:
-  const char* name_;
-  std::optional<std::string> before_;
-};
 
 class UserFoldersTest : public ::testing::Test {
  protected:
