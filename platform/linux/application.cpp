@@ -40,6 +40,12 @@ constexpr const char* kNewSession = "new-session";
 constexpr const char* kStop = "stop";
 constexpr const char* kQuit = "quit";
 
+/// What takes its time and nobody waits for: drawing the icon longer than all else at a start.
+void settleIn() {
+  showProgramIcon();
+  if (const auto reason = renewForUser(makeBundle()->path())) makeSystemLog()->write("Orvalle: " + *reason);
+}
+
 class GlibApplication final : public NativeApplication, private ActionTarget {
  public:
   GlibApplication(GObjectPtr<GtkApplication> application, std::unique_ptr<LinkDelivery> links,
@@ -49,7 +55,7 @@ class GlibApplication final : public NativeApplication, private ActionTarget {
         line_(std::move(line)),
         activated_(application_.get(), "activate", G_CALLBACK(&GlibApplication::onActivate), this),
         shutDown_(application_.get(), "shutdown", G_CALLBACK(&GlibApplication::onShutdown), this),
-        showIcon_(showProgramIcon) {
+        settleIn_(settleIn) {
     links_->onOpen = [this](const auto& urls, GVariant* platformData) { open(urls, platformData); };
     offer(kNewSession, onNewSession);
     offer(kStop, onStop);
@@ -115,8 +121,8 @@ class GlibApplication final : public NativeApplication, private ActionTarget {
   bool launch() {
     if (std::exchange(launched_, true)) return false;
     delegate_->applicationDidFinishLaunching();
-    // Drawing it takes longer than anything else here: the page is on its way first.
-    showIcon_.ask();
+    // The page is on its way first.
+    settleIn_.ask();
     return true;
   }
 
@@ -179,7 +185,7 @@ class GlibApplication final : public NativeApplication, private ActionTarget {
   bool launched_ = false;
   SignalConnection activated_;
   SignalConnection shutDown_;
-  LookLater showIcon_;
+  LookLater settleIn_;
 };
 
 Start finished(int status) {

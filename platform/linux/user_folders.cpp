@@ -74,7 +74,11 @@ class DesktopFolders final : public UserFolders {
     return baseFolder(environment_, "XDG_DATA_HOME", ".local/share");
   }
 
-  fs::path temporary() const override { return g_get_tmp_dir(); }
+  /// What is named here is also read by a script with another working folder.
+  fs::path temporary() const override {
+    const fs::path given = environment_.variable("TMPDIR").value_or("");
+    return given.is_absolute() ? given : "/tmp";
+  }
 
  private:
   const Environment& environment_;

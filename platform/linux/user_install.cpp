@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "base/atomic_file.h"
+#include "base/read_file.h"
 #include "platform/linux/glib_ptr.h"
 #include "platform/linux/running_instance.h"
 
@@ -19,6 +20,7 @@ using Failure = std::optional<std::string>;
 
 constexpr char kLinks[] = "x-scheme-handler/orvalle";
 constexpr char kEntryGroup[] = "Desktop Entry";
+constexpr std::size_t kFileLimit = 1 << 20;
 
 const std::string kEntry = std::string("applications/") + kApplicationId + ".desktop";
 const std::array kIcons = {std::string("icons/hicolor/scalable/apps/") + kApplicationId + ".svg",
@@ -65,10 +67,18 @@ void leadTo(GKeyFile* entry, const fs::path& program) {
   g_key_file_remove_key(entry, kEntryGroup, "DBusActivatable", nullptr);
 }
 
-std::error_code put(const fs::path& path, std::string_view contents) {
+/// A file of the user's that we put there. One that is as it should be stays untouched: desktops look through
+/// all that they know when something changes.
+struct Placed {
+  std::error_code error;
+  bool changed = false;
+};
+
+Placed place(const fs::path& path, std::string_view contents) {
+  if (base::readFile(path, kFileLimit) == contents) return {};
   std::error_code error;
   fs::create_directories(path.parent_path(), error);
-  return error ? error : base::replaceFile(path, contents, fs::perms(0644));
+  return {error ? error : base::replaceFile(path, contents, fs::perms(0644)), true};
 }
 
 Failure installEntry(const fs::path& bundle) {
@@ -82,18 +92,20 @@ Failure installEntry(const fs::path& bundle) {
   leadTo(entry.get(), bundle / "AppRun");
   gsize length = 0;
   const GlibPtr<char> text(g_key_file_to_data(entry.get(), &length, nullptr));
-  const auto error = put(userData() / kEntry, {text.get(), length});
+  const auto error = place(userData() / kEntry, {text.get(), length}).error;
   return error ? Failure(error.message()) : std::nullopt;
 }
 
 Failure installIcons(const fs::path& bundle) {
+  bool changed = false;
   for (const auto& icon : kIcons) {
-    const auto target = userData() / icon;
-    std::error_code error;
-    fs::create_directories(target.parent_path(), error);
-    if (!error) fs::copy_file(bundle / "share" / icon, target, fs::copy_options::overwrite_existing, error);
-    if (error) return error.message();
+    const auto drawing = base::readFile(bundle / "share" / icon, kFileLimit);
+    if (!drawing) return icon + " manca";
+    const auto placed = place(userData() / icon, *drawing);
+    if (placed.error) return placed.error.message();
+    changed = changed || placed.changed;
   }
+  if (!changed) return {};
   // By its time programs see that the theme has changed.
   std::error_code error;
   fs::last_write_time(userData() / "icons/hicolor", fs::file_time_type::clock::now(), error);
@@ -119,6 +131,16 @@ Failure installForUser(const fs::path& bundle) {
   if (const auto failure = installEntry(bundle)) return failure;
   if (const auto failure = installIcons(bundle)) return failure;
   return openLinks();
+}
+
+Failure renewForUser(const fs::path& bundle) {
+  const KeyFile entry(g_key_file_new());
+  if (!g_key_file_load_from_file(entry.get(), (userData() / kEntry).c_str(), G_KEY_FILE_NONE, nullptr))
+    return {};
+  const GlibPtr<char> program(g_key_file_get_string(entry.get(), kEntryGroup, "TryExec", nullptr));
+  if (!program || bundle / "AppRun" != program.get()) return {};
+  if (const auto failure = installEntry(bundle)) return failure;
+  return installIcons(bundle);
 }
 
 Failure uninstallForUser() {

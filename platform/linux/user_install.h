@@ -11,6 +11,10 @@ namespace orvalle::platform::linuxos {
 /// went well, else why not, in words for the user.
 std::optional<std::string> installForUser(const std::filesystem::path& bundle);
 
+/// Brings that up to what this bundle holds by now, as an update leaves it behind. Does nothing where the
+/// user's entry starts another program, or there is none. Absent when all went well, as above.
+std::optional<std::string> renewForUser(const std::filesystem::path& bundle);
+
 /// Takes all that away again; the user's own data stays. Nothing installed is no failure.
 std::optional<std::string> uninstallForUser();
 

@@ -39,6 +39,15 @@ class UserFoldersTest : public ::testing::Test {
   std::unique_ptr<platform::UserFolders> folders = platform::linuxos::makeUserFolders(*environment);
 };
 
+TEST_F(UserFoldersTest, temporaryFilesGoWhereTheEnvironmentSaysUnlessThatDependsOnTheWorkingFolder) {
+  {
+    const Variable chosen("TMPDIR", home / "provvisori");
+    EXPECT_EQ(folders->temporary(), home / "provvisori");
+  }
+  const Variable relative("TMPDIR", "provvisori");
+  EXPECT_EQ(folders->temporary(), "/tmp");
+}
+
 TEST_F(UserFoldersTest, documentsAreInTheHomeFolderWhenNothingIsSet) {
   EXPECT_EQ(folders->documents(), home / "Documents");
   choose("XDG_MUSIC_DIR=\"$HOME/Musica\"");

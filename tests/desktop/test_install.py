@@ -66,6 +66,29 @@ def test_installing_twice_is_the_same(command, home):
     assert (home.data / ENTRY).read_bytes() == before
 
 
+def test_entry_and_icons_of_an_older_version_are_renewed_at_the_start(command, home, start, unpacked):
+    command("--install")
+    now = {path: (home.data / path).read_bytes() for path in {ENTRY, *ICONS}}
+    older = now[ENTRY].replace(b"\nName=Ferma la sessione\n", b"\nName=Ferma\n")
+    assert older != now[ENTRY]
+    (home.data / ENTRY).write_bytes(older)
+    for icon in ICONS:
+        (home.data / icon).write_bytes(now[icon] + b"<!-- older -->")
+    program = start(bundle=unpacked)
+    wait_for("renewed", lambda: now == {path: (home.data / path).read_bytes() for path in now})
+    program.stop()
+
+
+def test_entry_of_another_bundle_is_left_alone(command, home, start, page):
+    command("--install")
+    ours = (home.data / ENTRY).read_bytes() + b"\n# of the other one\n"
+    (home.data / ENTRY).write_bytes(ours)
+    program = start()
+    page.wait_loaded()
+    program.stop()
+    assert (home.data / ENTRY).read_bytes() == ours
+
+
 def test_uninstalling_takes_everything_away_and_leaves_the_data(command, home, desktop):
     home.write_defaults({"overlayOn": False})
     (home.config / "mimeapps.list").write_text("[Default Applications]\ntext/html=altro.desktop\n", encoding="utf-8")
