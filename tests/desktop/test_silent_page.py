@@ -8,17 +8,12 @@ from harness.processes import wait_for
 QUESTION = "La pagina non risponde"
 
 
-def hang(page, seconds):
-    """Has the page do nothing but look at the clock for some seconds."""
-    page.leave(f"const end = Date.now() + {seconds * 1000}; while (Date.now() < end);")
-
-
 def test_page_that_hangs_is_loaded_again_where_the_user_says_so(orvalle, page, access, tray):
     page.push(session())
     item = tray.wait_item()
     old = orvalle.web_processes()
     begin = time.monotonic()
-    hang(page, 600)
+    page.hang(600)
     access.wait_text(QUESTION)
     assert 8 < time.monotonic() - begin < 30
     # The rest of the program goes on.
@@ -32,7 +27,7 @@ def test_page_that_hangs_is_loaded_again_where_the_user_says_so(orvalle, page, a
 
 
 def test_question_goes_away_when_the_page_answers(desktop, orvalle, page):
-    hang(page, 20)
+    page.hang(20)
     # By the windows: GTK does not bear that what goes is being read to somebody.
     wait_for("the question", lambda: len(desktop.windows.of(orvalle.pid)) == 2)
     assert page.run("return 1 + 1") == 2

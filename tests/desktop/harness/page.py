@@ -41,6 +41,10 @@ class Page:
         """Runs script after which the page may not be there any more to answer."""
         self._answer(f"setTimeout(() => {{ {script} }}, 200)", 5)
 
+    def hang(self, seconds):
+        """Has the page do nothing but look at the clock for some seconds."""
+        self.leave(f"const end = Date.now() + {seconds * 1000}; while (Date.now() < end);")
+
     def wait_true(self, expression, seconds=60.0):
         """Waits until the expression is true in the page."""
         return wait_for(expression, lambda: self.run(f"return {expression}"), seconds, pause=0.05)
