@@ -4,6 +4,7 @@ import json
 import os
 import shutil
 import stat
+import threading
 import time
 
 import pytest
@@ -12,6 +13,7 @@ from harness import pictures, processes
 from harness.bus_service import FeedbackService, FileManager
 from harness.program import BUNDLE, build_folder, inherited_options
 from harness.requests import Requests
+from harness.server import Answer
 
 # Values of every type, as script.
 VALUES = ["undefined", "null", "true", "0", "1.5", "NaN", "''", "'x'", "[]", "{}", "['x']", "() => 1", "new Date(0)"]
@@ -67,11 +69,23 @@ class TestBridge:
         texts = dict(requests.answers())
         assert texts[102] == "a.json" and texts[104] == "" and texts[105] == "a.json"
 
-    def test_an_answer_after_a_reload_reaches_the_new_page(self, page, requests):
-        page.leave("push({tipo: 'stato-permesso', id: 9}); location.reload()")
+    def test_an_answer_after_a_reload_reaches_the_new_page(self, site, page, requests):
+        asked, reloaded = threading.Event(), threading.Event()
+
+        def manifest(_):
+            asked.set()
+            reloaded.wait(60)
+            return Answer('{"versione": "0.0.1", "build": 0, "url": "/x.zip"}', type="application/json")
+        site.routes["/mac/versione.json"] = manifest
+        page.leave("push({tipo: 'aggiornamenti-cerca', id: 9}); location.reload()")
         page.wait_loaded(2)
-        # Whether it came before or after, the new page goes on.
+        assert asked.wait(20), "the program had not asked before the page was another one"
+        assert requests.answers() == []
+        reloaded.set()
+        assert json.loads(requests.wait(9)) == {"esito": "aggiornato", "versione": "0.0.1", "build": 0}
+        # The new page asks and is answered as ever.
         assert requests.ask("backup-ultimo") == ""
+        assert [number for number, _ in requests.answers()] == [9, 1]
 
 
 class TestBackups:
