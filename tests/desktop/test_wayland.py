@@ -1,12 +1,17 @@
 """The whole program under a Wayland compositor; run inside one by in_compositor."""
 
+import time
+
 import pytest
 
 from harness import compositors
 from harness.page import session
 from harness.processes import stays, wait_for
+from harness.program import BUNDLE, build_folder
 
 WIDTH, HEIGHT = 190, 38
+LOOK = 30  # seconds from one look at the user to the next
+HASTE = 360  # how much longer the time without input seems to the hasty program
 
 
 @pytest.fixture(scope="module")
@@ -87,3 +92,24 @@ def test_closing_hides_the_window_and_a_second_start_shows_it(desktop, start, wa
     assert start().wait(20) == 0
     wait_for("the window again", lambda: desktop.window(wayland.pid))
     assert len(site.visits) == 1
+
+
+def test_page_is_told_that_nobody_is_there_until_somebody_is(desktop, start, page):
+    if not desktop.knows_of_input:
+        pytest.skip("its mouse is one of the X server beside the compositor, which knows nothing of it")
+    start(bundle=build_folder() / "hasty" / BUNDLE)
+    page.wait_loaded()
+    page.push(session())
+    wait_for("word of it", page.commands, 2 * LOOK + 10)
+    wait_for("the same again", lambda: len(page.commands()) == 2, LOOK + 10)
+    (word, first), (again, second) = page.commands()
+    assert word == again == "inattivo"
+    assert int(first) >= 3600 and int(second) - int(first) == pytest.approx(LOOK * HASTE, rel=0.1)
+
+    with desktop.mouse() as mouse:
+        mouse.move(10, 10)
+        page.forget()
+        for step in range(LOOK + 5):
+            mouse.move(10 + step, 10)
+            time.sleep(1)
+        assert page.commands() == []

@@ -17,6 +17,8 @@ from .windows import Box, Window
 class _Compositor(Desktop):
     # The variables of the compositor's that its programs need too.
     _inherited = ()
+    # Whether the compositor takes what `mouse` does for the user's input, and tells its programs of that.
+    knows_of_input = True
 
     def _start(self):
         self.folder.chmod(0o755)
@@ -177,6 +179,7 @@ class Mutter(_Compositor):
     """GNOME's, under which the program is one of the X server that stands beside."""
 
     _inherited = ("DISPLAY", "XAUTHORITY")
+    knows_of_input = False
 
     def screen(self):
         return 1280, 720
