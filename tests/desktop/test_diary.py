@@ -10,11 +10,16 @@ import time
 import pytest
 
 from harness import foreign, qt_window
+from harness.accessibility import Accessibility
 from harness.processes import stays, wait_for
 
 # The diary looks every five seconds and keeps what was in front for a minute.
 LONG_ENOUGH = 72
 TWO_LOOKS = 11
+
+# As its user starts it, but for root, and without a word to anybody.
+BROWSER = ["chromium", "--no-sandbox", "--ozone-platform=x11", "--disable-gpu", "--no-first-run",
+           "--disable-background-networking", "--disable-component-update", "--host-resolver-rules=MAP * ~NOTFOUND"]
 
 
 @pytest.fixture
@@ -84,10 +89,14 @@ def test_real_programs_are_recorded_by_their_names(desktop, home, start, page, d
     time.sleep(LONG_ENOUGH)
     in_front(desktop, "qt", [sys.executable, qt_window.__file__, "Conti.ods"], "Conti.ods")
     time.sleep(LONG_ENOUGH)
-    assert diary.kept() == [("XTerm", None), ("Il quaderno", "Lettera – Città €")]
+    in_front(desktop, "browser", BROWSER + ["data:text/html;charset=utf-8,<title>Orari – Città €</title>"],
+             "Orari – Città € - Chromium")
+    time.sleep(LONG_ENOUGH)
+    kept = [("XTerm", None), ("Il quaderno", "Lettera – Città €"), ("qt_window.py", "Conti.ods")]
+    assert diary.kept() == kept
     program.stop()
 
-    assert diary.kept() == [("XTerm", None), ("Il quaderno", "Lettera – Città €"), ("qt_window.py", "Conti.ods")]
+    assert diary.kept() == kept + [("Chromium Web Browser", "Orari – Città € - Chromium")]
     assert program.own_lines() == []
     for block in diary.blocks():
         begin, end = (datetime.datetime.strptime(block[key], "%Y-%m-%dT%H:%M:%SZ") for key in ("da", "a"))
@@ -134,6 +143,33 @@ def test_consent_is_asked_for_seen_and_withdrawn(home, orvalle, window, page, ac
     stays("nothing more is asked", lambda: not access.find("push button", "Consenti"), 2)
     access.press("toggle button", "Titoli delle finestre")
     wait_for("withdrawal", lambda: consent(home) is False)
+
+
+def test_titles_are_kept_from_the_consent_until_it_is_withdrawn(desktop, home, start, page, diary):
+    turned_on(home)
+    program = start()
+    page.wait_loaded()
+    access = Accessibility(desktop, program.pid)
+    page.push({"tipo": "attivita-titoli"})
+    access.wait("push button", "Consenti")
+    access.press("push button", "Consenti")
+    access.wait("frame", "Permessi di Orvalle")
+
+    # The one window stays in front from here on: the switch is thrown without a click.
+    foreign.open_window(desktop, "Lettera")
+    time.sleep(LONG_ENOUGH)
+    access.press("toggle button", "Titoli delle finestre")
+    wait_for("withdrawal", lambda: consent(home) is False)
+    withdrawn = datetime.datetime.utcnow()
+    time.sleep(LONG_ENOUGH)
+    program.stop()
+
+    titled, untitled = [block for block in diary.blocks() if block["app"] != "Orvalle"]
+    assert titled["titolo"] == "Lettera"
+    assert titled["a"] <= withdrawn.strftime("%Y-%m-%dT%H:%M:%SZ") <= untitled["a"]
+    assert "titolo" not in untitled
+    begin = datetime.datetime.strptime(untitled["da"], "%Y-%m-%dT%H:%M:%SZ")
+    assert begin - withdrawn <= datetime.timedelta(seconds=TWO_LOOKS), "the next look knew of it"
 
 
 def test_page_turns_the_diary_on_and_off(home, orvalle, window, page, diary):
