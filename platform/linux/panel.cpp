@@ -20,9 +20,10 @@ constexpr GdkRGBA kOpaque{0.13, 0.13, 0.14, 1};
 constexpr GdkRGBA kHairline{1, 1, 1, 0.16};
 constexpr double kHairlineWidth = 1;
 
-/// Lighter than the red that warns on white, so that it reads well on the dark panel.
+/// Lighter than the red that warns on white, so that it reads well on the dark panel, even where white shines
+/// through.
 constexpr char kWhite[] = "#ffffff";
-constexpr char kSystemRed[] = "#ff6961";
+constexpr char kSystemRed[] = "#ff7771";
 
 void addRoundedRectangle(cairo_t* cairo, double inset, base::Size size, double radius) {
   const double left = inset, top = inset, right = size.width - inset, bottom = size.height - inset;
@@ -109,6 +110,8 @@ class GtkPanel final : public Panel {
   void buildWindow() {
     auto* widget = GTK_WIDGET(window_);
     gtk_window_set_role(window_, "overlay");
+    // For who listens; a title would be one more window of the program to who looks for its window.
+    atk_object_set_name(gtk_widget_get_accessible(widget), g_get_application_name());
     gtk_window_set_decorated(window_, FALSE);
     gtk_window_set_resizable(window_, FALSE);
     gtk_widget_set_app_paintable(widget, TRUE);

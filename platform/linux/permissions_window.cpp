@@ -21,10 +21,6 @@ GtkLabel* makeLabel(const std::string& text) {
   return GTK_LABEL(label);
 }
 
-void addClass(gpointer widget, const char* name) {
-  gtk_style_context_add_class(gtk_widget_get_style_context(GTK_WIDGET(widget)), name);
-}
-
 GtkWidget* makeWindow(GtkApplication* application) {
   GtkWidget* widget = gtk_window_new(GTK_WINDOW_TOPLEVEL);
   auto* window = GTK_WINDOW(widget);
@@ -53,7 +49,7 @@ PermissionsWindow::PermissionsWindow(GtkApplication* application, const std::str
 
 GtkWidget* PermissionsWindow::makeRow(const std::string& folder) {
   GtkLabel* name = makeLabel("Titoli delle finestre");
-  addClass(name, "heading");
+  gtk_style_context_add_class(gtk_widget_get_style_context(GTK_WIDGET(name)), "heading");
   PangoAttrList* bold = pango_attr_list_new();
   pango_attr_list_insert(bold, pango_attr_weight_new(PANGO_WEIGHT_BOLD));
   gtk_label_set_attributes(name, bold);
@@ -63,7 +59,6 @@ GtkWidget* PermissionsWindow::makeRow(const std::string& folder) {
       "davanti, "
       "anche il titolo della sua finestra. Senza, i titoli non vengono letti.");
   GtkLabel* place = makeLabel("Il diario resta su questo computer, in " + folder + ", e lo leggi solo tu.");
-  addClass(place, "dim-label");
   state_ = makeLabel("");
 
   switch_ = GTK_SWITCH(gtk_switch_new());

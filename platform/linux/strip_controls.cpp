@@ -30,7 +30,7 @@ constexpr char kStyle[] = R"css(
   -gtk-icon-shadow: none;
   color: @theme_fg_color;
 }
-.orvalle-controls button:backdrop { color: alpha(@theme_fg_color, 0.55); }
+.orvalle-controls button:backdrop { color: alpha(@theme_fg_color, 0.75); }
 .orvalle-controls button:hover { background-color: alpha(@theme_fg_color, 0.12); }
 .orvalle-controls button:active, .orvalle-controls button:checked {
   background-color: alpha(@theme_fg_color, 0.22);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/contract/accessibility_rigs.h"
+#include "tests/contract/seen_linux.h"
 
 namespace orvalle::platform {
 namespace {
@@ -15,19 +16,12 @@ class AccessibilityWindow : public ::testing::Test {
     rig.accessibility().openSettings();
     ASSERT_EQ(rig.settings().size(), 1u);
   }
-  static void collect(GtkWidget* widget, GType type, std::vector<GtkWidget*>& found) {
-    contract::collect(widget, type, found);
-  }
-  GtkSwitch* consentSwitch() {
-    std::vector<GtkWidget*> found;
-    collect(rig.settings().at(0), GTK_TYPE_SWITCH, found);
-    return GTK_SWITCH(found.at(0));
-  }
+  std::vector<GtkWidget*> all(GType type) { return contract::all(rig.settings().at(0), type); }
+  GtkSwitch* consentSwitch() { return GTK_SWITCH(all(GTK_TYPE_SWITCH).at(0)); }
   std::string settingsText() {
-    std::vector<GtkWidget*> labels;
-    collect(rig.settings().at(0), GTK_TYPE_LABEL, labels);
     std::string text;
-    for (GtkWidget* label : labels) text += gtk_label_get_text(GTK_LABEL(label)) + std::string("\n");
+    for (GtkWidget* label : all(GTK_TYPE_LABEL))
+      text += gtk_label_get_text(GTK_LABEL(label)) + std::string("\n");
     return text;
   }
 
@@ -115,6 +109,41 @@ TEST_F(AccessibilityWindow, isClosedWithItsButtonAndWithEscapeAndOpensAgain) {
   contract::pressKey(GTK_WINDOW(rig.settings()[0]), GDK_KEY_Escape);
   EXPECT_TRUE(contract::NativeAccessibilityRig::settings().empty());
   openSettings();
+}
+
+TEST_F(AccessibilityWindow, isReadOutInTheOrderInWhichItIsSeen) {
+  openSettings();
+  GtkWidget* window = rig.settings()[0];
+  EXPECT_STREQ(atk_object_get_name(gtk_widget_get_accessible(window)), "Permessi di Orvalle");
+  std::vector<std::string> expected;
+  for (GtkWidget* label : all(GTK_TYPE_LABEL))
+    expected.push_back(std::string("label ") + gtk_label_get_text(GTK_LABEL(label)));
+  ASSERT_EQ(expected.size(), 4u);
+  EXPECT_EQ(expected.front(), "label Titoli delle finestre");
+  EXPECT_EQ(expected.back(), "label Non consentito");
+  expected.emplace_back("toggle button Titoli delle finestre");
+  EXPECT_EQ(contract::readOut(window), expected);
+}
+
+TEST_F(AccessibilityWindow, startsAtTheSwitchWhichSpaceTurns) {
+  openSettings();
+  auto* window = GTK_WINDOW(rig.settings()[0]);
+  ASSERT_TRUE(contract::runUntil([&] { return gtk_window_is_active(window); }));
+  EXPECT_EQ(contract::tabRound(window), std::vector<GtkWidget*>{GTK_WIDGET(consentSwitch())});
+  contract::pressKey(window, GDK_KEY_space);
+  EXPECT_TRUE(contract::runUntil([&] { return rig.accessibility().trusted(); }));
+}
+
+TEST_F(AccessibilityWindow, canBeReadInEveryTheme) {
+  openSettings();
+  auto* window = GTK_WINDOW(rig.settings()[0]);
+  ASSERT_TRUE(contract::runUntil([&] { return gtk_window_is_active(window); }));
+  for (const auto& look : contract::Theme::kAll) {
+    const contract::Theme theme(look);
+    for (GtkWidget* label : all(GTK_TYPE_LABEL))
+      EXPECT_GE(contract::contrastOf(label), contract::kTextContrast)
+          << look.name << look.dark << gtk_label_get_text(GTK_LABEL(label));
+  }
 }
 
 }  // namespace

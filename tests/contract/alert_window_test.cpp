@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/contract/dialog_rigs.h"
+#include "tests/contract/seen_linux.h"
 
 /// The native alert as a user meets it.
 namespace orvalle::contract {
@@ -108,6 +109,42 @@ TEST_F(AlertWindow, textThatIsNoUtf8IsShownAllTheSame) {
   EXPECT_EQ(text(all(dialog, GTK_TYPE_LABEL)[1]),
             "a\uFFFD"
             "b");
+}
+
+const platform::Alert kQuestion{"La pagina non risponde", "Puoi aspettare.", {"Aspetta", "Ricarica"}};
+
+TEST_F(AlertWindow, isReadOutInTheOrderInWhichItIsSeen) {
+  auto* dialog = show(kQuestion);
+  AtkObject* accessible = gtk_widget_get_accessible(GTK_WIDGET(dialog));
+  EXPECT_EQ(atk_object_get_role(accessible), ATK_ROLE_ALERT);
+  EXPECT_STREQ(atk_object_get_name(accessible), g_get_application_name());
+  EXPECT_EQ(readOut(dialog),
+            (std::vector<std::string>{"label La pagina non risponde", "label Puoi aspettare.",
+                                      "push button Aspetta", "push button Ricarica"}));
+}
+
+TEST_F(AlertWindow, goesRoundWithTabInTheOrderInWhichItIsSeen) {
+  auto* dialog = show(kQuestion);
+  const auto labels = all(dialog, GTK_TYPE_LABEL);
+  const auto buttons = all(dialog, GTK_TYPE_BUTTON);
+  EXPECT_EQ(tabRound(dialog), (std::vector<GtkWidget*>{buttons[0], buttons[1], labels[0], labels[1]}));
+  const auto left = [](GtkWidget* button) {
+    GtkAllocation place;
+    gtk_widget_get_allocation(button, &place);
+    return place.x;
+  };
+  EXPECT_LT(left(buttons[0]), left(buttons[1]));
+}
+
+TEST_F(AlertWindow, canBeReadInEveryTheme) {
+  auto* dialog = show(kQuestion);
+  for (const auto& look : Theme::kAll) {
+    const Theme theme(look);
+    for (auto* label : all(dialog, GTK_TYPE_LABEL))
+      EXPECT_GE(contrastOf(label), kTextContrast) << look.name << look.dark << text(label);
+    for (auto* button : all(dialog, GTK_TYPE_BUTTON))
+      EXPECT_GE(contrastOf(gtk_bin_get_child(GTK_BIN(button))), kTextContrast) << look.name << look.dark;
+  }
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 
 #include "platform/linux/factory.h"
 #include "tests/contract/loop.h"
+#include "tests/contract/seen_linux.h"
 #include "tests/contract/toplevels_linux.h"
 #include "tests/contract/window_home.h"
 
@@ -28,21 +29,6 @@ inline std::vector<GtkDialog*> dialogs() {
 inline GtkDialog* onlyDialog() {
   if (!runUntil([] { return dialogs().size() == 1; })) throw std::runtime_error("not exactly one dialog");
   return dialogs()[0];
-}
-
-/// What `widget` holds of this kind, at whatever depth, in order.
-inline void collect(GtkWidget* widget, GType type, std::vector<GtkWidget*>& found) {
-  if (G_TYPE_CHECK_INSTANCE_TYPE(widget, type)) found.push_back(widget);
-  if (!GTK_IS_CONTAINER(widget) || GTK_IS_BUTTON(widget)) return;
-  GList* children = gtk_container_get_children(GTK_CONTAINER(widget));
-  for (GList* child = children; child; child = child->next) collect(GTK_WIDGET(child->data), type, found);
-  g_list_free(children);
-}
-
-inline std::vector<GtkWidget*> all(GtkDialog* dialog, GType type) {
-  std::vector<GtkWidget*> found;
-  collect(GTK_WIDGET(dialog), type, found);
-  return found;
 }
 
 class NativeAlertsRig {

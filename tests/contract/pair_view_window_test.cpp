@@ -1,10 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cmath>
 #include <ctime>
 
 #include "tests/contract/pair_view_rigs.h"
+#include "tests/contract/seen_linux.h"
 
 /// The native pairing window as a user meets it.
 namespace orvalle::contract {
@@ -12,18 +11,6 @@ namespace {
 
 using platform::MessageColour;
 using platform::linuxos::GObjectPtr;
-
-/// How well colours can be told apart, from 1 to 21.
-double contrast(const GdkRGBA& one, const GdkRGBA& other) {
-  const auto luminance = [](const GdkRGBA& colour) {
-    const auto linear = [](double part) {
-      return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(colour.red) + 0.7152 * linear(colour.green) + 0.0722 * linear(colour.blue);
-  };
-  const auto [low, high] = std::minmax({luminance(one), luminance(other)});
-  return (high + 0.05) / (low + 0.05);
-}
 
 class PairViewWindow : public ::testing::Test {
  protected:
@@ -47,18 +34,6 @@ class PairViewWindow : public ::testing::Test {
     runUntil([&] { return !pressed.empty(); });
     runFor(std::chrono::milliseconds(50));
     return pressed;
-  }
-
-  /// The text's colour over the window's, translucency reckoned in.
-  double contrastOf(GtkWidget* widget) {
-    GdkRGBA text, ground;
-    GtkStyleContext* style = gtk_widget_get_style_context(widget);
-    gtk_style_context_get_color(style, gtk_style_context_get_state(style), &text);
-    style = gtk_widget_get_style_context(GTK_WIDGET(rig.window()));
-    EXPECT_TRUE(gtk_style_context_lookup_color(style, "theme_bg_color", &ground));
-    for (auto part : {&GdkRGBA::red, &GdkRGBA::green, &GdkRGBA::blue})
-      text.*part = text.*part * text.alpha + ground.*part * (1 - text.alpha);
-    return contrast(text, ground);
   }
 
   NativePairRig rig;
@@ -142,22 +117,21 @@ TEST_F(PairViewWindow, usesTheGivenFonts) {
   EXPECT_EQ(points(font(label(3))), 11);
 }
 
-TEST_F(PairViewWindow, canBeReadInLightAndDark) {
-  GtkSettings* settings = gtk_settings_get_default();
-  gboolean before = FALSE;
-  g_object_get(settings, "gtk-application-prefer-dark-theme", &before, nullptr);
-  for (const bool dark : {false, true}) {
-    g_object_set(settings, "gtk-application-prefer-dark-theme", dark, nullptr);
+TEST_F(PairViewWindow, canBeReadInEveryTheme) {
+  for (const auto& look : Theme::kAll) {
+    const Theme theme(look);
     for (const auto colour :
-         {MessageColour::Label, MessageColour::SystemGreen, MessageColour::SystemOrange}) {
+         {MessageColour::SystemGreen, MessageColour::SystemOrange, MessageColour::Label}) {
       view->setMessage("Trovati tutti e tre. Controlla e salva.", colour);
       runFor(std::chrono::milliseconds(400));
-      EXPECT_GE(contrastOf(label(3)), 4.5) << dark << static_cast<int>(colour);
+      EXPECT_GE(contrastOf(label(3)), kTextContrast) << look.name << look.dark << static_cast<int>(colour);
     }
-    EXPECT_GE(contrastOf(label(0)), 4.5) << dark;
-    EXPECT_LT(contrastOf(label(0)), contrastOf(button(0)));
+    EXPECT_GE(contrastOf(label(0)), kTextContrast) << look.name << look.dark;
+    EXPECT_LT(contrastOf(label(0)), contrastOf(label(3))) << look.name << look.dark;
+    for (std::size_t i = 0; i < 2; ++i)
+      EXPECT_GE(contrastOf(gtk_bin_get_child(GTK_BIN(button(i)))), kTextContrast)
+          << look.name << look.dark << i;
   }
-  g_object_set(settings, "gtk-application-prefer-dark-theme", before, nullptr);
 }
 
 TEST_F(PairViewWindow, coloursTheMessage) {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "tests/contract/panel_rigs.h"
+#include "tests/contract/seen_linux.h"
 
 // Last: its macros have the names of other people's types.
 #include <gdk/gdkx.h>
@@ -173,6 +174,45 @@ TEST_F(PanelWindow, keepsItsSizeWhateverItShows) {
   gtk_widget_translate_coordinates(GTK_WIDGET(rig.label()), GTK_WIDGET(rig.window()), 0, 0, &x, &y);
   EXPECT_EQ(x, 12);
   EXPECT_EQ(y, 9);
+}
+
+TEST_F(PanelWindow, isReadOut) {
+  panel->setLabel("20:00  •  Tesi", TextColour::White);
+  show();
+  EXPECT_STREQ(atk_object_get_name(gtk_widget_get_accessible(GTK_WIDGET(rig.window()))),
+               g_get_application_name());
+  EXPECT_THAT(readOut(rig.window()), ElementsAre("label 20:00  •  Tesi"));
+}
+
+TEST_F(PanelWindow, canBeReadWhateverIsBeneath) {
+  show();
+  const auto expectReadable = [&] {
+    for (const auto colour : {TextColour::White, TextColour::SystemRed}) {
+      panel->setLabel("20:00  •  Tesi", colour);
+      rig.settle();
+      PangoAttrIterator* runs = pango_attr_list_get_iterator(gtk_label_get_attributes(rig.label()));
+      const auto& text =
+          reinterpret_cast<PangoAttrColor*>(pango_attr_iterator_get(runs, PANGO_ATTR_FOREGROUND))->color;
+      const GdkRGBA ink{text.red / 65535.0, text.green / 65535.0, text.blue / 65535.0, 1};
+      pango_attr_iterator_destroy(runs);
+      for (const auto& beneath : {kWhite, kBlack}) {
+        const auto ground = groundOf(GTK_WIDGET(rig.label()), GTK_WIDGET(rig.window()), beneath);
+        EXPECT_GE(contrast(ink, ground), kTextContrast) << static_cast<int>(colour) << beneath.red;
+      }
+    }
+  };
+  expectReadable();
+  // Who owns this is the compositor.
+  GtkWidget* compositor = gtk_invisible_new();
+  const auto sign = gdk_atom_intern_static_string("_NET_WM_CM_S0");
+  ASSERT_TRUE(gtk_selection_owner_set(compositor, sign, GDK_CURRENT_TIME));
+  EXPECT_TRUE(runUntil([] { return gdk_screen_is_composited(gdk_screen_get_default()); }));
+  const auto white = groundOf(GTK_WIDGET(rig.label()), GTK_WIDGET(rig.window()), kWhite);
+  const auto black = groundOf(GTK_WIDGET(rig.label()), GTK_WIDGET(rig.window()), kBlack);
+  EXPECT_GT(white.green, black.green) << "nothing shines through";
+  expectReadable();
+  gtk_widget_destroy(compositor);
+  EXPECT_TRUE(runUntil([] { return !gdk_screen_is_composited(gdk_screen_get_default()); }));
 }
 
 }  // namespace

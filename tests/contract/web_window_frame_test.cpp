@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "tests/contract/seen_linux.h"
 #include "tests/contract/web_window_rigs.h"
 
 /// The native window as such: where it stands, how it comes and goes, its strip and keys.
@@ -49,6 +50,8 @@ class WebWindowFrame : public ::testing::Test {
     gtk_window_resize(rig.window(), wanted.width, wanted.height);
     ASSERT_TRUE(rig.wait([&] { return frame() == wanted && rig.defaults.text(kKey) != before; }));
   }
+
+  GtkWidget* strip() { return rig.find(GTK_TYPE_EVENT_BOX); }
 
   bool visible() { return gtk_widget_get_mapped(GTK_WIDGET(rig.window())); }
 
@@ -177,6 +180,74 @@ TEST_F(WebWindowFrame, pressesFarApartCountAnew) {
   rig.pressAt(5100, 200);
   rig.pressAt(5200, 200);
   EXPECT_EQ(counts, (std::vector<int>{1, 2, 1, 1, 2}));
+}
+
+/// Which buttons a title bar has, and at which end, is the desktop's setting.
+class WebWindowStrip : public WebWindowFrame {
+ protected:
+  WebWindowStrip() {
+    g_object_get(gtk_settings_get_default(), kSetting, &before_, nullptr);
+    open();
+  }
+  ~WebWindowStrip() override {
+    setLayout(before_);
+    g_free(before_);
+  }
+  void setLayout(const char* layout) {
+    g_object_set(gtk_settings_get_default(), kSetting, layout, nullptr);
+    runFor(milliseconds(100));
+  }
+
+ private:
+  static constexpr char kSetting[] = "gtk-decoration-layout";
+  char* before_ = nullptr;
+};
+
+TEST_F(WebWindowStrip, isReadOutFromLeftToRight) {
+  const std::pair<const char*, std::vector<std::string>> layouts[] = {
+      {"menu:minimize,maximize,close",
+       {"toggle button Menu", "push button Riduci a icona", "push button Ingrandisci", "push button Chiudi"}},
+      {"close,minimize:", {"push button Chiudi", "push button Riduci a icona", "toggle button Menu"}},
+      {"close:maximize", {"push button Chiudi", "toggle button Menu", "push button Ingrandisci"}}};
+  for (const auto& [layout, names] : layouts) {
+    setLayout(layout);
+    EXPECT_EQ(readOut(strip()), names) << layout;
+    std::vector<int> places;
+    for (GtkWidget* button : all(strip(), GTK_TYPE_BUTTON)) {
+      int x = 0;
+      gtk_widget_translate_coordinates(button, strip(), 0, 0, &x, nullptr);
+      places.push_back(x);
+    }
+    EXPECT_EQ(places.size(), names.size()) << layout;
+    EXPECT_TRUE(std::is_sorted(places.begin(), places.end())) << layout;
+  }
+}
+
+TEST_F(WebWindowStrip, leavesTheKeyboardToThePage) {
+  for (GtkWidget* button : all(strip(), GTK_TYPE_BUTTON)) EXPECT_FALSE(gtk_widget_get_can_focus(button));
+}
+
+TEST_F(WebWindowStrip, isSeenInEveryThemeWhateverThePageShows) {
+  setLayout("menu:minimize,maximize,close");
+  for (const auto& look : Theme::kAll) {
+    const Theme theme(look);
+    for (const bool inFront : {true, false}) {
+      if (inFront) {
+        gtk_widget_unset_state_flags(GTK_WIDGET(rig.window()), GTK_STATE_FLAG_BACKDROP);
+      } else {
+        gtk_widget_set_state_flags(GTK_WIDGET(rig.window()), GTK_STATE_FLAG_BACKDROP, FALSE);
+      }
+      runFor(milliseconds(400));
+      const auto buttons = all(strip(), GTK_TYPE_BUTTON);
+      ASSERT_EQ(buttons.size(), 4U);
+      for (const auto& page : {kWhite, kBlack}) {
+        for (GtkWidget* button : buttons) {
+          EXPECT_GE(contrastOf(button, gtk_widget_get_parent(button), page), kPictureContrast)
+              << look.name << look.dark << inFront << page.red;
+        }
+      }
+    }
+  }
 }
 
 }  // namespace
