@@ -93,9 +93,10 @@ class Tree {
  private:
   static void goOn(pid_t id, int signal) { ::ptrace(PTRACE_SYSCALL, id, nullptr, signal); }
 
-  /// The next one that has stopped; absent when none is left.
+  /// The next one that has stopped; absent when none is left. Asks the system, which knows of one that has
+  /// just been started before we do: its parent may have ended by then.
   std::optional<pid_t> wait() {
-    while (!processes_.empty()) {
+    for (;;) {
       const pid_t id = ::waitpid(-1, &status_, __WALL);
       if (id < 0) return {};
       if (WIFSTOPPED(status_)) {
@@ -104,7 +105,6 @@ class Tree {
       }
       processes_.erase(id);
     }
-    return {};
   }
 
   /// Into a system call, or out of it; true when it is out of one that has changed something.
