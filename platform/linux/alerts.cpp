@@ -18,6 +18,7 @@ namespace {
 constexpr int kNarrowest = 300;
 constexpr int kScrolledWidth = 480;
 constexpr int kTallest = 360;
+constexpr int kAboveTexts = 12;
 
 /// The time between two steps of the bar, in milliseconds.
 constexpr guint kBarStep = 100;
@@ -87,12 +88,16 @@ class Dialog final : public AlertQueue::Dialog {
   static void fitTexts(GtkMessageDialog* dialog) {
     GtkWidget* area = gtk_message_dialog_get_message_area(dialog);
     gtk_widget_set_size_request(area, kNarrowest, -1);
+    gtk_widget_set_margin_top(area, kAboveTexts);
     gtk_container_foreach(
         GTK_CONTAINER(area),
         [](GtkWidget* label, gpointer) {
           gtk_label_set_selectable(GTK_LABEL(label), TRUE);
           // A word may be longer than a line.
           gtk_label_set_line_wrap_mode(GTK_LABEL(label), PANGO_WRAP_WORD_CHAR);
+          // Each in the middle, they would begin at different places.
+          gtk_widget_set_halign(label, GTK_ALIGN_FILL);
+          gtk_label_set_xalign(GTK_LABEL(label), 0);
         },
         nullptr);
     GtkRequisition natural;

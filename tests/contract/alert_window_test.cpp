@@ -79,6 +79,18 @@ TEST_F(AlertWindow, aProgressAlertHasABarThatMoves) {
   EXPECT_TRUE(runUntil([&] { return drawn > 3; }));
 }
 
+TEST_F(AlertWindow, textsBeginAtTheSamePlace) {
+  auto* dialog = show({"Breve", "Una riga che è molto più lunga di quella che le sta sopra.", {"Va bene"}});
+  const auto labels = all(dialog, GTK_TYPE_LABEL);
+  ASSERT_EQ(labels.size(), 2U);
+  const auto begin = [](GtkWidget* label) {
+    int x = 0;
+    gtk_label_get_layout_offsets(GTK_LABEL(label), &x, nullptr);
+    return x;
+  };
+  EXPECT_EQ(begin(labels[0]), begin(labels[1]));
+}
+
 TEST_F(AlertWindow, staysOnTheScreenWhateverItSays) {
   std::string lines;
   for (int line = 0; line < 10'000; ++line) lines += "riga " + std::to_string(line) + "\n";
