@@ -4,7 +4,7 @@ import shutil
 
 import pytest
 
-from harness import pictures, processes
+from harness import notification_daemon, pictures
 from harness.accessibility import Accessibility
 from harness.desktop import Desktop
 from harness.home import Home
@@ -55,15 +55,8 @@ def site():
 
 @pytest.fixture
 def dunst(desktop):
-    """A real notification server; a click on a notification chooses its default action."""
-    config = desktop.folder / "dunstrc"
-    config.write_text("[global]\norigin = top-left\noffset = 10x10\nwidth = 400\nfont = DejaVu Sans 12\nmarkup = full\n"
-                      "mouse_left_click = do_action\nenable_recursive_icon_lookup = true\n[urgency_normal]\n"
-                      'background = "#0000ff"\nforeground = "#ffffff"\ntimeout = 0\n', encoding="utf-8")
-    process = desktop.spawn("dunst", ["dunst", "-conf", str(config)])
-    processes.wait_for("notification server", lambda: "true" in desktop.run(
-        "gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path", "/org/freedesktop/DBus",
-        "--method", "org.freedesktop.DBus.NameHasOwner", "org.freedesktop.Notifications"))
+    """A real notification server."""
+    process = notification_daemon.start(desktop)
     yield process
     if process.poll() is None:
         desktop.end(process)

@@ -6,7 +6,7 @@ import time
 
 import pytest
 
-from harness import processes
+from harness import notification_daemon, processes
 from harness.accessibility import Accessibility
 from harness.program import BUNDLE, build_folder
 from harness.realtime import DemoServer, Peer
@@ -116,7 +116,7 @@ def test_settings_try_notifications_and_find_an_update(dunst, preferences, publi
     click("push button", "Prova")
     access.wait_text("Inviata: se non appare, vedi le preferenze.")
     processes.wait_for("notification", lambda: "«Prova» mostrata" in start.started[0].log())
-    assert desktop.run("dunstctl", "count", "displayed").strip() == "1"
+    assert notification_daemon.shown(desktop) == 1
     desktop.run("dunstctl", "close-all")
     click("push button", "Preferenze…")
     processes.wait_for("the desktop's preferences", lambda: preferences() == 1)

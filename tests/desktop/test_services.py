@@ -9,7 +9,7 @@ import time
 
 import pytest
 
-from harness import pictures, processes
+from harness import notification_daemon, pictures, processes
 from harness.bus_service import FeedbackService, FileManager
 from harness.program import BUNDLE, build_folder, inherited_options
 from harness.requests import Requests
@@ -37,10 +37,6 @@ def requests(page, orvalle):
 def folder(home):
     """Where this user's backups go."""
     return home.folder / "Documents/Orvalle Backup"
-
-
-def count(desktop):
-    return int(desktop.run("dunstctl", "count", "displayed"))
 
 
 def blue(desktop):
@@ -165,15 +161,15 @@ class TestNotifications:
     def test_a_server_shows_them_in_place_of_each_other(self, desktop, dunst, requests, orvalle):
         assert requests.ask("stato-permesso") == "granted"
         requests.tell("notifica", titolo="<i>Pausa</i> & caffè", corpo="<b>Cinque</b> & minuti", tag="pausa")
-        processes.wait_for("notification", lambda: count(desktop) == 1)
+        processes.wait_for("notification", lambda: notification_daemon.shown(desktop) == 1)
         processes.wait_for("its picture", lambda: blue(desktop) > 10000)
         (build_folder() / "pictures").mkdir(exist_ok=True)
         pictures.save(desktop, build_folder() / "pictures/notification.png")
         requests.tell("notifica", titolo="Fine", corpo="", tag="pausa")
         processes.wait_for("log", lambda: len(orvalle.own_lines()) == 2)
-        assert count(desktop) == 1
+        assert notification_daemon.shown(desktop) == 1
         requests.tell("notifica", titolo="Altra", corpo="")
-        processes.wait_for("second", lambda: count(desktop) == 2)
+        processes.wait_for("second", lambda: notification_daemon.shown(desktop) == 2)
         assert [line[line.index("Orvalle: "):] for line in orvalle.own_lines()] == [
             "Orvalle: notifica «<i>Pausa</i> & caffè» mostrata", "Orvalle: notifica «Fine» mostrata",
             "Orvalle: notifica «Altra» mostrata"]
@@ -203,7 +199,7 @@ class TestNotifications:
         requests.tell("notifica", titolo="Pausa")
         line, = processes.wait_for("log line", orvalle.own_lines)
         assert line.endswith("Orvalle: notifica saltata, permesso = denied")
-        assert count(desktop) == 0
+        assert notification_daemon.shown(desktop) == 0
 
     @pytest.mark.parametrize("name", ["app.orvalle.Orvalle", "Orvalle"])
     def test_the_switch_of_xfce_is_respected(self, desktop, dunst, start, page, name):
