@@ -94,6 +94,23 @@ def test_closing_hides_the_window_and_a_second_start_shows_it(desktop, start, wa
     assert len(site.visits) == 1
 
 
+def test_text_is_copied_and_pasted_between_the_page_and_other_programs(desktop, wayland, page):
+    if not desktop.takes_keys:
+        pytest.skip("takes no keys from a program")
+    wait_for("the focus", lambda: desktop.window(wayland.pid)["focused"])
+    page.run("campo.focus()")
+    desktop.copy("Perché «no»? 🎯")
+    desktop.control("v")
+    page.wait_true("campo.value === 'Perché «no»? 🎯'")
+    page.run("campo.value = 'Tesi & <b>è</b>'; campo.select()")
+    desktop.control("c")
+    wait_for("the page's text", lambda: desktop.pasted() == "Tesi & <b>è</b>")
+    # Its own text, too.
+    page.run("campo.value = ''")
+    desktop.control("v")
+    page.wait_true("campo.value === 'Tesi & <b>è</b>'")
+
+
 def test_page_is_told_that_nobody_is_there_until_somebody_is(desktop, start, page):
     if not desktop.knows_of_input:
         pytest.skip("its mouse is one of the X server beside the compositor, which knows nothing of it")

@@ -1,6 +1,6 @@
 // A mouse for compositors of wlroots and for KDE's: reads "move X Y WIDTH HEIGHT", "press" and "release", a
-// line each, and answers each with a line as soon as the compositor has taken it. The mouse is unplugged at
-// the end of the input.
+// line each, and answers each with a line as soon as the compositor has taken it. For KDE's it is a keyboard
+// as well: "down CODE" and "up CODE". All is unplugged at the end of the input.
 #define _POSIX_C_SOURCE 200809L
 
 #include <linux/input-event-codes.h>
@@ -22,8 +22,8 @@ static void found(void* data, struct wl_registry* registry, uint32_t name, const
   (void)data;
   if (strcmp(interface, zwlr_virtual_pointer_manager_v1_interface.name) == 0) {
     manager = wl_registry_bind(registry, name, &zwlr_virtual_pointer_manager_v1_interface, 1);
-  } else if (strcmp(interface, org_kde_kwin_fake_input_interface.name) == 0 && version >= 3) {
-    input = wl_registry_bind(registry, name, &org_kde_kwin_fake_input_interface, 3);
+  } else if (strcmp(interface, org_kde_kwin_fake_input_interface.name) == 0 && version >= 4) {
+    input = wl_registry_bind(registry, name, &org_kde_kwin_fake_input_interface, 4);
   }
 }
 
@@ -75,9 +75,13 @@ int main(void) {
 
   char line[100];
   while (fgets(line, sizeof line, stdin)) {
-    unsigned x, y, width, height;
+    unsigned x, y, width, height, key;
     if (sscanf(line, "move %u %u %u %u", &x, &y, &width, &height) == 4) {
       move(x, y, width, height);
+    } else if (input && sscanf(line, "down %u", &key) == 1) {
+      org_kde_kwin_fake_input_keyboard_key(input, key, 1);
+    } else if (input && sscanf(line, "up %u", &key) == 1) {
+      org_kde_kwin_fake_input_keyboard_key(input, key, 0);
     } else {
       button(strcmp(line, "press\n") == 0);
     }

@@ -14,11 +14,18 @@ from .program import build_folder
 from .windows import Box, Window
 
 
+# The kernel's numbers.
+CONTROL_KEY = 29
+LETTER_KEYS = {"c": 46, "v": 47}
+
+
 class _Compositor(Desktop):
     # The variables of the compositor's that its programs need too.
     _inherited = ()
     # Whether the compositor takes what `mouse` does for the user's input, and tells its programs of that.
     knows_of_input = True
+    # Whether it takes keys from a program, and lets one without a window copy.
+    takes_keys = False
 
     def _start(self):
         self.folder.chmod(0o755)
@@ -56,6 +63,19 @@ class _Compositor(Desktop):
         """Closes the program's main window as its user does."""
         raise NotImplementedError
 
+    def control(self, letter):
+        """Presses a letter with the control key."""
+        raise NotImplementedError
+
+    def copy(self, text):
+        """Another program copies the text."""
+        self.spawn("wl-copy", ["wl-copy", "--foreground", "--", text])
+        processes.wait_for("the copied text", lambda: self.pasted() == text)
+
+    def pasted(self):
+        """The copied text as another program gets it."""
+        return self.run("wl-paste", "--no-newline", check=False)
+
     def mouse(self):
         """A mouse, plugged in while it is used as a context manager."""
         return _Mouse(self)
@@ -82,6 +102,7 @@ class Sway(_Compositor):
     """sway, of wlroots."""
 
     _inherited = ("SWAYSOCK",)
+    takes_keys = True
 
     def screen(self):
         area = json.loads(self.run("swaymsg", "-t", "get_outputs"))[0]["rect"]
@@ -96,6 +117,10 @@ class Sway(_Compositor):
 
     def close_window(self, pid):
         self.run("swaymsg", f"[con_id={self._node(pid)['id']}] kill")
+
+    def control(self, letter):
+        # The keyboard is plugged in for this alone, which takes programs a moment to see.
+        self.run("wtype", "-s", "500", "-M", "ctrl", letter, "-m", "ctrl", "-s", "500")
 
     def _node(self, pid):
         found = []
@@ -125,6 +150,8 @@ class Sway(_Compositor):
 class KWin(_Compositor):
     """KDE's, which is asked and told by scripts that it runs."""
 
+    takes_keys = True
+
     def __init__(self):
         super().__init__()
         self._bus = {"DBUS_SESSION_BUS_ADDRESS": os.environ["DBUS_SESSION_BUS_ADDRESS"]}
@@ -142,6 +169,10 @@ class KWin(_Compositor):
 
     def close_window(self, pid):
         self._window(pid, "window.closeWindow()")
+
+    def control(self, letter):
+        with self.mouse() as hand:
+            hand.chord(CONTROL_KEY, LETTER_KEYS[letter])
 
     def _window(self, pid, expression):
         """What a script's expression gives for the program's main window, which it knows as `window`."""
@@ -226,6 +257,13 @@ class _Mouse:
 
     def move(self, x, y):
         self._do("move", x, y, *self._screen)
+
+    def chord(self, *keys):
+        """Presses keys, given by their numbers in the kernel, one after the other, and lets them go."""
+        for key in keys:
+            self._do("down", key)
+        for key in reversed(keys):
+            self._do("up", key)
 
     def drag(self, start, end, steps=10):
         """Presses at the one place, goes to the other in so many steps, and lets go."""
