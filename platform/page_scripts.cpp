@@ -6,11 +6,14 @@ namespace orvalle::platform {
 namespace {
 
 /// Runs in our own world. The event's detail is a text whatever the page made of the event, or it is dropped.
-/// A long one goes in pieces, cut where no character is halved.
+/// A long one goes in pieces, cut where no character is halved. Half a character that is in a text already,
+/// as a title cut short has it, would spoil the whole message: a mark takes its place.
 constexpr char kRelay[] = R"js((() => {
   const longest = 160 * 1024 * 1024;
   const step = 256 * 1024;
   const handler = window.webkit.messageHandlers['HANDLER'];
+  const mended = text => !text.includes('\\ud') ? text :
+      text.replace(/\\(?:ud[89a-f]..|.)/g, escaped => escaped.length > 2 ? '\ufffd' : escaped);
   const postPieces = text => {
     for (let from = 0; from < text.length;) {
       let to = from + step;
@@ -21,8 +24,8 @@ constexpr char kRelay[] = R"js((() => {
     }
   };
   document.addEventListener('HANDLER-message', event => {
-    const text = event.detail;
-    if (typeof text !== 'string' || text.length > longest) return;
+    if (typeof event.detail !== 'string' || event.detail.length > longest) return;
+    const text = mended(event.detail);
     if (text.length > step) postPieces(text);
     else handler.postMessage('=' + text);
   });

@@ -175,6 +175,16 @@ TEST_F(WebWindowPage, whatJsonCannotExpressIsDropped) {
   EXPECT_EQ(events().size(), 1U);
 }
 
+TEST_F(WebWindowPage, halfACharacterDoesNotSpoilTheRestOfAMessage) {
+  load("/");
+  window->evaluate(R"(window.webkit.messageHandlers.orvalle.postMessage(
+      ['tagliato \ud83d', '\ude00 \ud83d\ude00', '\\ud83d \u0001', { '\udbff': 1 }]))");
+  ASSERT_TRUE(rig.wait([&] { return !events().empty(); }));
+  EXPECT_EQ(
+      events()[0],
+      "message orvalle [\"tagliato \uFFFD\",\"\uFFFD \U0001F600\",\"\\\\ud83d \\u0001\",{\"\uFFFD\":1}]");
+}
+
 TEST_F(WebWindowPage, longMessageLeavesTurnsToOthersAndThoseBehindItTheirPlace) {
   load("/");
   const std::string post = "window.webkit.messageHandlers.orvalle.postMessage";
