@@ -24,8 +24,8 @@ class _Compositor(Desktop):
     _inherited = ()
     # Whether the compositor takes what `mouse` does for the user's input, and tells its programs of that.
     knows_of_input = True
-    # Whether it takes keys from a program, and lets one without a window copy.
-    takes_keys = False
+    # Whether a program without a window can copy and paste.
+    lets_copy = False
 
     def _start(self):
         self.folder.chmod(0o755)
@@ -102,7 +102,7 @@ class Sway(_Compositor):
     """sway, of wlroots."""
 
     _inherited = ("SWAYSOCK",)
-    takes_keys = True
+    lets_copy = True
 
     def screen(self):
         area = json.loads(self.run("swaymsg", "-t", "get_outputs"))[0]["rect"]
@@ -150,7 +150,7 @@ class Sway(_Compositor):
 class KWin(_Compositor):
     """KDE's, which is asked and told by scripts that it runs."""
 
-    takes_keys = True
+    lets_copy = True
 
     def __init__(self):
         super().__init__()
