@@ -64,16 +64,17 @@ def dunst(desktop):
 
 @pytest.fixture
 def preferences(home):
-    """A desktop that has settings for notifications; how often they were opened."""
+    """The settings for notifications of three desktops; the names of those that were opened."""
     record = home.folder / "settings-opened"
     script = home.folder / "settings"
-    script.write_text(f'#!/bin/sh\necho "$0" >>"{record}"\n', encoding="utf-8")
+    script.write_text(f'#!/bin/sh\necho "$1" >>"{record}"\n', encoding="utf-8")
     script.chmod(0o755)
     applications = home.data / "applications"
     applications.mkdir(parents=True, exist_ok=True)
-    (applications / "gnome-notifications-panel.desktop").write_text(
-        f"[Desktop Entry]\nType=Application\nName=Avvisi\nExec={script}\n", encoding="utf-8")
-    return lambda: len(record.read_text(encoding="utf-8").splitlines()) if record.exists() else 0
+    for name in ("gnome-notifications-panel", "kcm_notifications", "xfce4-notifyd-config"):
+        (applications / f"{name}.desktop").write_text(
+            f"[Desktop Entry]\nType=Application\nName=Avvisi\nExec={script} {name}\n", encoding="utf-8")
+    return lambda: record.read_text(encoding="utf-8").splitlines() if record.exists() else []
 
 
 @pytest.fixture

@@ -119,7 +119,7 @@ def test_settings_try_notifications_and_find_an_update(dunst, preferences, publi
     assert notification_daemon.shown(desktop) == 1
     desktop.run("dunstctl", "close-all")
     click("push button", "Preferenze…")
-    processes.wait_for("the desktop's preferences", lambda: preferences() == 1)
+    processes.wait_for("the desktop's preferences", preferences)
     desktop.end(dunst)
     access.wait_text("Non consentite")
     assert not access.find("push button", "Prova")

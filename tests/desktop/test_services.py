@@ -248,11 +248,16 @@ class TestPermissions:
             time.sleep(0.3)
             assert manager.shown == [[(home.folder / "Documents").as_uri()]]
 
-    def test_settings_for_notifications_are_those_of_the_desktop(self, preferences, requests):
+    @pytest.mark.parametrize("running, name", [("ubuntu:GNOME", "gnome-notifications-panel"), ("KDE", "kcm_notifications"),
+                                               ("XFCE", "xfce4-notifyd-config")])
+    def test_settings_for_notifications_are_those_of_the_desktop(self, preferences, start, page, running, name):
+        start(environment={"XDG_CURRENT_DESKTOP": running})
+        page.wait_loaded()
+        requests = Requests(page)
         requests.tell("apri-preferenze")
-        processes.wait_for("settings", lambda: preferences() == 1)
+        processes.wait_for("settings", lambda: preferences() == [name])
         requests.tell("permessi-apri", quale="notifiche")
-        processes.wait_for("settings again", lambda: preferences() == 2)
+        processes.wait_for("settings again", lambda: preferences() == [name, name])
 
 
 class TestRestart:
