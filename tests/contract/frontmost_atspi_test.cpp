@@ -11,6 +11,7 @@
 #include "platform/linux/frontmost_sources.h"
 #include "platform/linux/glib_ptr.h"
 #include "tests/contract/loop.h"
+#include "tests/contract/own_bus.h"
 
 namespace orvalle::platform::linuxos {
 namespace {
@@ -89,16 +90,6 @@ TEST_F(FrontmostAtspi, hasNothingOnceTheProgramInFrontHasDied) {
   EXPECT_EQ(frontmost->focusedWindowTitle(), std::nullopt);
 }
 
-GObjectPtr<GDBusConnection> connectTo(const char* address) {
-  auto bus = GObjectPtr<GDBusConnection>::adopt(g_dbus_connection_new_for_address_sync(
-      address,
-      static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                        G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
-      nullptr, nullptr, nullptr));
-  if (!bus) throw std::runtime_error("no bus");
-  return bus;
-}
-
 GlibPtr<GVariant> callBus(GDBusConnection* bus, const char* method, GVariant* arguments) {
   return GlibPtr<GVariant>(g_dbus_connection_call_sync(bus, "org.freedesktop.DBus", "/org/freedesktop/DBus",
                                                        "org.freedesktop.DBus", method, arguments, nullptr,
@@ -116,7 +107,7 @@ class AccessibilityBus : public FrontmostAtspi {
     ASSERT_TRUE(answer);
     const char* address = nullptr;
     g_variant_get(answer.get(), "(&s)", &address);
-    const auto bus = connectTo(address);
+    const auto bus = contract::busAt(address);
     const auto process =
         callBus(bus.get(), "GetConnectionUnixProcessID", g_variant_new("(s)", "org.freedesktop.DBus"));
     ASSERT_TRUE(process);
@@ -148,7 +139,7 @@ TEST_F(AccessibilityBus, isLookedForAgainWhereItWasMissing) {
   endBus();
   // Whoever has the name and knows no such question.
   const GlibPtr<char> address(g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
-  auto other = connectTo(address.get());
+  auto other = contract::busAt(address.get());
   ASSERT_TRUE(callBus(other.get(), "RequestName", g_variant_new("(su)", "org.a11y.Bus", 0u)));
   EXPECT_EQ(frontmost->applicationName(), std::nullopt);
   contract::runFor(std::chrono::seconds(1));

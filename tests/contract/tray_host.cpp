@@ -2,17 +2,16 @@
 
 #include <unistd.h>
 
-#include <stdexcept>
 #include <string_view>
 #include <utility>
 
 #include "tests/contract/loop.h"
+#include "tests/contract/own_bus.h"
 
 namespace orvalle::contract {
 namespace {
 
 using platform::linuxos::GlibPtr;
-using platform::linuxos::GObjectPtr;
 
 constexpr char kWatcher[] = "org.kde.StatusNotifierWatcher";
 constexpr char kWatcherPath[] = "/StatusNotifierWatcher";
@@ -70,20 +69,9 @@ TrayHost::Row readRow(GVariant* layout) {
   return row;
 }
 
-GObjectPtr<GDBusConnection> connectToSession() {
-  const GlibPtr<char> address(g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
-  auto bus = GObjectPtr<GDBusConnection>::adopt(g_dbus_connection_new_for_address_sync(
-      address.get(),
-      static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                        G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
-      nullptr, nullptr, nullptr));
-  if (!bus) throw std::runtime_error("no session bus");
-  return bus;
-}
-
 }  // namespace
 
-TrayHost::TrayHost() : bus_(connectToSession()) {
+TrayHost::TrayHost() : bus_(ownBus()) {
   subscription_ = g_dbus_connection_signal_subscribe(
       bus_.get(), nullptr, nullptr, nullptr, nullptr, nullptr, G_DBUS_SIGNAL_FLAGS_NONE,
       [](GDBusConnection*, const char*, const char*, const char* interface, const char* signal, GVariant*,
