@@ -1,12 +1,11 @@
 """Services of a desktop that the tests play on the session's bus."""
 
-import threading
-
 import gi
 
 gi.require_version("Gio", "2.0")
 from gi.repository import Gio, GLib  # noqa: E402
 
+from .service_thread import ServiceThread  # noqa: E402
 from .tray import connect  # noqa: E402
 
 
@@ -19,37 +18,23 @@ class _BusService:
         self._desktop = desktop
 
     def __enter__(self):
-        self._context = GLib.MainContext()
-        self._loop = GLib.MainLoop(self._context)
-        ready = threading.Event()
-        self._thread = threading.Thread(target=self._serve, args=(ready,), daemon=True)
-        self._thread.start()
-        assert ready.wait(10), "the service did not start"
+        self._thread = ServiceThread(self._serve)
         return self
 
     def __exit__(self, *_):
         self._bus.close_sync(None)
-        GLib.MainContext.invoke_full(self._context, GLib.PRIORITY_DEFAULT, self._quit)
-        self._thread.join(10)
+        self._thread.end()
 
     def answer(self, arguments):
         """What a call with these arguments gets; nothing where it gets no value."""
         raise NotImplementedError
 
-    def _quit(self, *_):
-        self._loop.quit()
-        return False
-
-    def _serve(self, ready):
-        self._context.push_thread_default()
+    def _serve(self):
         self._bus = connect(self._desktop)
         self._bus.register_object(self.PATH, Gio.DBusNodeInfo.new_for_xml(self.INTERFACE).interfaces[0], self._call,
                                   None, None)
         self._bus.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName",
                             GLib.Variant("(su)", (self.NAME, 4)), None, 0, -1, None)
-        ready.set()
-        self._loop.run()
-        self._context.pop_thread_default()
 
     def _call(self, _connection, _sender, _path, _interface, _method, parameters, invocation):
         invocation.return_value(self.answer(parameters.unpack()))

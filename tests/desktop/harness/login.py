@@ -1,7 +1,6 @@
 """The machine's own bus with the service that knows when it goes to sleep."""
 
 import os
-import threading
 
 import gi
 
@@ -10,6 +9,7 @@ from gi.repository import Gio, GLib  # noqa: E402
 
 from . import processes  # noqa: E402
 from .desktop import BUS_CONFIG  # noqa: E402
+from .service_thread import ServiceThread  # noqa: E402
 
 LOGIN = "org.freedesktop.login1"
 PATH = "/org/freedesktop/login1"
@@ -55,28 +55,17 @@ class LoginManager:
                                         ["dbus-daemon", f"--config-file={config}", "--nofork", "--nopidfile"])
         processes.wait_for("system bus", lambda: os.path.exists(socket))
         self._socket = socket
-        self._context = GLib.MainContext()
-        self._loop = GLib.MainLoop(self._context)
-        ready = threading.Event()
-        self._thread = threading.Thread(target=self._serve, args=(ready,), daemon=True)
-        self._thread.start()
-        assert ready.wait(10), "the login service did not start"
+        self._thread = ServiceThread(self._serve)
         return self
 
     def __exit__(self, *_):
-        GLib.MainContext.invoke_full(self._context, GLib.PRIORITY_DEFAULT, self._quit)
-        self._thread.join(10)
+        self._thread.end()
         self._connection.close_sync(None)
         self._desktop.end(self._bus)
         if os.path.exists(self._socket):
             os.unlink(self._socket)
 
-    def _quit(self, *_):
-        self._loop.quit()
-        return False
-
-    def _serve(self, ready):
-        self._context.push_thread_default()
+    def _serve(self):
         self._connection = Gio.DBusConnection.new_for_address_sync(
             self._desktop.environment["DBUS_SYSTEM_BUS_ADDRESS"],
             Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)
@@ -84,9 +73,6 @@ class LoginManager:
                                          None)
         self._connection.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
                                    "RequestName", GLib.Variant("(su)", (LOGIN, 4)), None, 0, -1, None)
-        ready.set()
-        self._loop.run()
-        self._context.pop_thread_default()
 
     def _call(self, connection, sender, path, interface, method, parameters, invocation):
         if method == "GetSession":

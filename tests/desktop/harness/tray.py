@@ -1,7 +1,5 @@
 """The place where status items live: a watcher and host of the tests' own, which remembers everything it is told."""
 
-import threading
-
 import gi
 
 gi.require_version("Gio", "2.0")
@@ -9,6 +7,7 @@ from gi.repository import Gio, GLib  # noqa: E402
 
 from .menus import ANSWER_MS, TrayMenu  # noqa: E402
 from .processes import wait_for  # noqa: E402
+from .service_thread import ServiceThread  # noqa: E402
 
 WATCHER = "org.kde.StatusNotifierWatcher"
 ITEM = "org.kde.StatusNotifierItem"
@@ -41,7 +40,7 @@ class Tray:
         self._desktop = desktop
         self._hosted = hosted
         self.registrations = []
-        self._context = None
+        self._thread = None
 
     def __enter__(self):
         self.start()
@@ -52,37 +51,23 @@ class Tray:
 
     def start(self):
         """Appears on the bus."""
-        self._context = GLib.MainContext()
-        self._loop = GLib.MainLoop(self._context)
-        ready = threading.Event()
-        self._thread = threading.Thread(target=self._serve, args=(ready,), daemon=True)
-        self._thread.start()
-        assert ready.wait(10), "the tray did not start"
+        self._thread = ServiceThread(self._serve)
 
     def stop(self):
         """Leaves the bus with everything it knew."""
-        if self._context:
+        if self._thread:
             self._connection.close_sync(None)
-            GLib.MainContext.invoke_full(self._context, GLib.PRIORITY_DEFAULT, self._quit)
-            self._thread.join(10)
-            self._context = None
+            self._thread.end()
+            self._thread = None
         self.registrations.clear()
 
-    def _quit(self, *_):
-        self._loop.quit()
-        return False
-
-    def _serve(self, ready):
-        self._context.push_thread_default()
+    def _serve(self):
         self._connection = connect(self._desktop)
         self._connection.register_object("/StatusNotifierWatcher",
                                          Gio.DBusNodeInfo.new_for_xml(INTERFACE).interfaces[0], self._call,
                                          self._get, None)
         self._connection.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
                                    "RequestName", GLib.Variant("(su)", (WATCHER, 4)), None, 0, -1, None)
-        ready.set()
-        self._loop.run()
-        self._context.pop_thread_default()
 
     def _call(self, connection, sender, path, interface, method, parameters, invocation):
         if method == "RegisterStatusNotifierItem":
